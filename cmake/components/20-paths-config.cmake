@@ -1,0 +1,8 @@
+# Paths, well-known folders, the settings store and the tvdefaults tool.
+tv_library(tv_paths
+  SOURCES
+    TvBase/Util/FilePath.cpp
+    TvBase/Util/FolderPath.cpp
+    TvBase/Util/SystemFolders.cpp
+    TvBase/Util/detail/PathText.cpp
+  DEPS tv_core ${CMAKE_DL_LIBS})
