@@ -1,0 +1,17 @@
+#pragma once
+
+#include "TvBase/Util/String.h"
+
+#include <vector>
+
+namespace Updater
+{
+
+/// True when any argument is exactly "-silent" (byte for byte, in any position).
+bool IsSilentRun(std::vector<String> const& args);
+
+} // namespace Updater
+
+/// Runs the whole program behind the entry with the arguments after the program's name. Reads
+/// the user's decimal separator first. Always returns 0.
+int runApplication(std::vector<String> const& args);
