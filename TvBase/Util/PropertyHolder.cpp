@@ -1,0 +1,73 @@
+#include "TvBase/Util/PropertyHolder.h"
+
+#include <boost/make_shared.hpp>
+
+namespace Util
+{
+
+PropertyHolder::PropertyValue* PropertyHolder::addProperty(String const& name,
+                                                           boost::any defaultValue)
+{
+    if (properties.count(name))
+        return nullptr;
+    PropertyValue record;
+    record.value = defaultValue;
+    record.serializedValue = std::move(defaultValue);
+    record.changed = boost::make_shared<Signal<>>();
+    return &properties.emplace(name, std::move(record)).first->second;
+}
+
+bool PropertyHolder::setValue(PropertyValue& property, boost::any value)
+{
+    // Code has taken the property over, whether or not the write itself succeeds.
+    property.followsSerialized = false;
+    if (property.value.type() != value.type())
+        return false;
+    property.value = std::move(value);
+    (*property.changed)();
+    return true;
+}
+
+bool PropertyHolder::setSerializedProperty(PropertyValue& property, boost::any value)
+{
+    if (value.type() != property.serializedValue.type())
+        return false;
+    property.serializedValue = value;
+    if (!property.followsSerialized)
+        return true; // code has taken over: the layout only records
+    if (value.type() == property.value.type())
+    {
+        property.value = std::move(value);
+        (*property.changed)();
+    }
+    return true;
+}
+
+bool PropertyHolder::SetPropertySerialize(String const& name, bool serialize)
+{
+    PropertyValue* p = FindProperty(name);
+    if (!p)
+        return false;
+    p->serialize = serialize;
+    return true;
+}
+
+Signal<>* PropertyHolder::GetPropertyChangedSignal(String const& name) const
+{
+    PropertyValue const* p = FindProperty(name);
+    return p ? p->changed.get() : nullptr;
+}
+
+PropertyHolder::PropertyValue const* PropertyHolder::FindProperty(String const& name) const
+{
+    auto it = properties.find(name);
+    return it == properties.end() ? nullptr : &it->second;
+}
+
+PropertyHolder::PropertyValue* PropertyHolder::FindProperty(String const& name)
+{
+    auto it = properties.find(name);
+    return it == properties.end() ? nullptr : &it->second;
+}
+
+} // namespace Util
