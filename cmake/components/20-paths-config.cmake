@@ -6,3 +6,9 @@ tv_library(tv_paths
     TvBase/Util/SystemFolders.cpp
     TvBase/Util/detail/PathText.cpp
   DEPS tv_core ${CMAKE_DL_LIBS})
+
+tv_library(tv_config
+  SOURCES
+    TvBase/Util/ConfigFile.cpp
+    TvBase/Util/detail/ConfigStore.cpp
+  DEPS tv_paths PkgConfig::PLIST)

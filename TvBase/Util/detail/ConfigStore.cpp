@@ -1,0 +1,775 @@
+// The process-wide settings store.
+//
+// Index:
+//   - Values and text
+//   - Locations
+//   - Property-list conversion
+//   - Files: reading, locking, atomic writing
+//   - The store
+//   - Registry and the exit flusher
+
+#include "TvBase/Util/detail/ConfigStore.h"
+
+#include <plist/plist.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <pwd.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace Util
+{
+namespace detail
+{
+
+// ===== Values and text ===========================================================================
+
+ConfigValue ConfigValue::MakeText(std::string text)
+{
+    ConfigValue v;
+    v.kind = Text;
+    v.bytes = std::move(text);
+    return v;
+}
+
+ConfigValue ConfigValue::MakeNumber(std::int64_t number)
+{
+    ConfigValue v;
+    v.kind = Number;
+    v.number = number;
+    return v;
+}
+
+ConfigValue ConfigValue::MakeData(std::string bytes)
+{
+    ConfigValue v;
+    v.kind = Data;
+    v.bytes = std::move(bytes);
+    return v;
+}
+
+bool IsStorableText(char const* text, std::size_t length)
+{
+    auto const* p = reinterpret_cast<unsigned char const*>(text);
+    std::size_t i = 0;
+    while (i < length)
+    {
+        unsigned char c = p[i];
+        if (c < 0x80)
+        {
+            // An XML file holds no control characters but these three.
+            if (c < 0x20 && c != '\t' && c != '\n' && c != '\r')
+                return false;
+            ++i;
+            continue;
+        }
+        std::size_t count;
+        std::uint32_t code;
+        if ((c & 0xE0) == 0xC0)
+        {
+            count = 1;
+            code = c & 0x1F;
+        }
+        else if ((c & 0xF0) == 0xE0)
+        {
+            count = 2;
+            code = c & 0x0F;
+        }
+        else if ((c & 0xF8) == 0xF0)
+        {
+            count = 3;
+            code = c & 0x07;
+        }
+        else
+            return false;
+        if (i + count >= length)
+            return false;
+        for (std::size_t k = 1; k <= count; ++k)
+        {
+            if ((p[i + k] & 0xC0) != 0x80)
+                return false;
+            code = (code << 6) | (p[i + k] & 0x3F);
+        }
+        static std::uint32_t const smallest[] = {0, 0x80, 0x800, 0x10000};
+        if (code < smallest[count] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF) ||
+            code == 0xFFFE || code == 0xFFFF)
+            return false;
+        i += count + 1;
+    }
+    return true;
+}
+
+// ===== Locations =================================================================================
+
+namespace
+{
+
+std::string environment(char const* name)
+{
+    char const* value = std::getenv(name);
+    return value ? std::string(value) : std::string();
+}
+
+std::string homeFolder()
+{
+    std::string home = environment("HOME");
+    if (!home.empty())
+        return home;
+    struct passwd entry;
+    struct passwd* found = nullptr;
+    char buffer[4096];
+    if (getpwuid_r(getuid(), &entry, buffer, sizeof buffer, &found) == 0 && found && found->pw_dir)
+        return found->pw_dir;
+    return std::string();
+}
+
+/// A text usable as one file-name component.
+std::string fileNameSafe(std::string text)
+{
+    for (char& c : text)
+        if (c == '/')
+            c = '_';
+    return text;
+}
+
+std::string readHostId()
+{
+    std::ifstream in("/etc/machine-id");
+    std::string id;
+    std::getline(in, id);
+    while (!id.empty() && (id.back() == '\n' || id.back() == ' '))
+        id.pop_back();
+    if (!id.empty())
+        return fileNameSafe(id);
+    char name[256] = {};
+    if (gethostname(name, sizeof name - 1) == 0 && name[0])
+        return fileNameSafe(name);
+    return "localhost";
+}
+
+} // namespace
+
+ConfigLocation ConfigLocation::FromEnvironment()
+{
+    ConfigLocation location;
+    std::string configHome = environment("XDG_CONFIG_HOME");
+    if (!configHome.empty() && configHome[0] == '/')
+        location.userFolder = configHome + "/tavorin/";
+    else
+    {
+        std::string home = homeFolder();
+        if (!home.empty())
+            location.userFolder = home + "/.config/tavorin/";
+    }
+
+    std::string dirs = environment("XDG_CONFIG_DIRS");
+    std::string system = "/etc/xdg";
+    std::string::size_type start = 0;
+    while (start <= dirs.size() && !dirs.empty())
+    {
+        std::string::size_type colon = dirs.find(':', start);
+        std::string entry = dirs.substr(start, colon == std::string::npos ? colon : colon - start);
+        if (!entry.empty() && entry[0] == '/')
+        {
+            system = entry;
+            break;
+        }
+        if (colon == std::string::npos)
+            break;
+        start = colon + 1;
+    }
+    location.systemFolder = system + "/tavorin/";
+
+    static std::string const hostId = readHostId();
+    location.hostId = hostId;
+    return location;
+}
+
+std::string ConfigLocation::FileFor(std::string const& domain, ConfigScope scope) const
+{
+    bool currentUser = scope == ScopeCurrentUserAnyHost || scope == ScopeCurrentUserCurrentHost;
+    std::string const& folder = currentUser ? userFolder : systemFolder;
+    if (folder.empty())
+        return std::string();
+    std::string name = fileNameSafe(domain);
+    if (scope == ScopeCurrentUserAnyHost || scope == ScopeAnyUserAnyHost)
+        return folder + name + ".plist";
+    return folder + "ByHost/" + name + "." + hostId + ".plist";
+}
+
+// ===== Property-list conversion ==================================================================
+
+namespace
+{
+
+std::shared_ptr<void> own(plist_t node)
+{
+    return std::shared_ptr<void>(node,
+                                 [](void* p)
+                                 {
+                                     if (p)
+                                         plist_free(static_cast<plist_t>(p));
+                                 });
+}
+
+ConfigValue fromNode(plist_t node)
+{
+    switch (plist_get_node_type(node))
+    {
+    case PLIST_STRING:
+    {
+        std::uint64_t length = 0;
+        char const* text = plist_get_string_ptr(node, &length);
+        return ConfigValue::MakeText(text ? std::string(text, length) : std::string());
+    }
+    case PLIST_UINT:
+    {
+        std::uint64_t number = 0;
+        plist_get_uint_val(node, &number);
+        return ConfigValue::MakeNumber(static_cast<std::int64_t>(number));
+    }
+    case PLIST_BOOLEAN:
+    {
+        // Hand-written files may say <true/>; it reads as the number the setters would store.
+        std::uint8_t flag = 0;
+        plist_get_bool_val(node, &flag);
+        return ConfigValue::MakeNumber(flag ? 1 : 0);
+    }
+    case PLIST_DATA:
+    {
+        std::uint64_t length = 0;
+        char const* bytes = plist_get_data_ptr(node, &length);
+        return ConfigValue::MakeData(bytes ? std::string(bytes, length) : std::string());
+    }
+    default:
+    {
+        ConfigValue v;
+        v.kind = ConfigValue::Other;
+        v.node = own(plist_copy(node));
+        return v;
+    }
+    }
+}
+
+plist_t toNode(ConfigValue const& value)
+{
+    switch (value.kind)
+    {
+    case ConfigValue::Text:
+        return plist_new_string(value.bytes.c_str());
+    case ConfigValue::Number:
+        return plist_new_uint(static_cast<std::uint64_t>(value.number));
+    case ConfigValue::Data:
+        return plist_new_data(value.bytes.data(), value.bytes.size());
+    case ConfigValue::Other:
+        break;
+    }
+    return plist_copy(static_cast<plist_t>(value.node.get()));
+}
+
+// ===== Files: reading, locking, atomic writing ===================================================
+
+/// Larger files are not settings; they read as damaged rather than exhausting memory.
+std::int64_t const maximumFileSize = 512ll * 1024 * 1024;
+
+bool readAll(int fd, std::string& out, std::size_t expected)
+{
+    out.clear();
+    out.reserve(expected);
+    char buffer[65536];
+    for (;;)
+    {
+        ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return false;
+        if (n == 0)
+            return true;
+        out.append(buffer, static_cast<std::size_t>(n));
+        if (static_cast<std::int64_t>(out.size()) > maximumFileSize)
+            return false;
+    }
+}
+
+bool writeAll(int fd, char const* data, std::size_t length)
+{
+    while (length > 0)
+    {
+        ssize_t n = ::write(fd, data, length);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        data += n;
+        length -= static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+std::string folderOf(std::string const& file)
+{
+    std::string::size_type slash = file.rfind('/');
+    return slash == std::string::npos ? std::string(".") : file.substr(0, slash + 1);
+}
+
+bool makeFolders(std::string const& folder)
+{
+    for (std::string::size_type p = 1; p <= folder.size(); ++p)
+    {
+        if (p < folder.size() && folder[p] != '/')
+            continue;
+        std::string part = folder.substr(0, p);
+        if (::mkdir(part.c_str(), 0700) != 0 && errno != EEXIST)
+            return false;
+    }
+    struct stat info;
+    return ::stat(folder.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+bool pathExists(std::string const& path)
+{
+    struct stat info;
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
+/// An exclusive `flock` on "<file>.lock" for as long as the object lives; serialises writers of
+/// one file across processes. Within this process the store's mutex already does.
+class FileLock
+{
+public:
+    explicit FileLock(std::string const& file)
+    {
+        fd = ::open((file + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (fd < 0)
+            return;
+        int result;
+        do
+            result = ::flock(fd, LOCK_EX);
+        while (result != 0 && errno == EINTR);
+        if (result != 0)
+        {
+            ::close(fd);
+            fd = -1;
+        }
+    }
+    ~FileLock()
+    {
+        if (fd >= 0)
+            ::close(fd);
+    }
+    bool IsHeld() const { return fd >= 0; }
+
+    FileLock(FileLock const&) = delete;
+    FileLock& operator=(FileLock const&) = delete;
+
+private:
+    int fd;
+};
+
+} // namespace
+
+ConfigStore::FileStamp ConfigStore::FileStamp::Of(struct stat const& info)
+{
+    FileStamp stamp;
+    stamp.exists = true;
+    stamp.device = info.st_dev;
+    stamp.inode = info.st_ino;
+    stamp.size = info.st_size;
+    stamp.modified =
+        static_cast<std::int64_t>(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec;
+    stamp.changed =
+        static_cast<std::int64_t>(info.st_ctim.tv_sec) * 1000000000 + info.st_ctim.tv_nsec;
+    return stamp;
+}
+
+bool ConfigStore::FileStamp::operator==(FileStamp const& o) const
+{
+    if (!exists || !o.exists)
+        return exists == o.exists;
+    return device == o.device && inode == o.inode && size == o.size && modified == o.modified &&
+           changed == o.changed;
+}
+
+ConfigStore::ReadResult ConfigStore::readFile(Scope const& scope, std::shared_ptr<void>& dict,
+                                              FileStamp& stamp)
+{
+    stamp = FileStamp();
+    dict = own(plist_new_dict());
+    int fd = ::open(scope.file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return (errno == ENOENT || errno == ENOTDIR) ? ReadResult::Missing : ReadResult::Damaged;
+    struct stat info;
+    std::string text;
+    bool good = ::fstat(fd, &info) == 0;
+    if (good)
+        stamp = FileStamp::Of(info);
+    good = good && S_ISREG(info.st_mode) && info.st_size <= maximumFileSize &&
+           readAll(fd, text, static_cast<std::size_t>(info.st_size));
+    ::close(fd);
+    if (!good)
+        return ReadResult::Damaged;
+    // An empty file holds no settings; nothing is lost by writing over it.
+    if (text.empty())
+        return ReadResult::Good;
+
+    plist_t root = nullptr;
+    plist_from_memory(text.data(), static_cast<std::uint32_t>(text.size()), &root);
+    if (!root)
+        return ReadResult::Damaged;
+    if (plist_get_node_type(root) != PLIST_DICT)
+    {
+        plist_free(root);
+        return ReadResult::Damaged;
+    }
+    dict = own(root);
+    return ReadResult::Good;
+}
+
+bool ConfigStore::writeFile(Scope const& scope, std::string const& xml)
+{
+    // A fixed temporary name is safe under the file lock, and a crash leaves at most one
+    // stale temporary, which the next write truncates.
+    std::string temp = scope.file + ".tmp";
+    int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (fd < 0)
+        return false;
+    bool good = writeAll(fd, xml.data(), xml.size()) && ::fsync(fd) == 0;
+    good = (::close(fd) == 0) && good;
+    if (!good || ::rename(temp.c_str(), scope.file.c_str()) != 0)
+    {
+        ::unlink(temp.c_str());
+        return false;
+    }
+    // The rename itself must be durable before the write counts as done.
+    int folder = ::open(folderOf(scope.file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder >= 0)
+    {
+        ::fsync(folder);
+        ::close(folder);
+    }
+    return true;
+}
+
+// ===== The store =================================================================================
+
+ConfigStore::ConfigStore(std::vector<std::string> files)
+{
+    for (int i = 0; i < ScopeCount; ++i)
+    {
+        scopes[i].file = files[static_cast<std::size_t>(i)];
+        scopes[i].writable = i == ScopeCurrentUserAnyHost || i == ScopeCurrentUserCurrentHost;
+    }
+}
+
+void ConfigStore::adoptDisk(Scope& scope, std::shared_ptr<void> dict, FileStamp const& stamp)
+{
+    scope.disk = std::move(dict);
+    scope.stamp = stamp;
+    scope.diskValid = true;
+    scope.values.clear();
+
+    plist_t root = static_cast<plist_t>(scope.disk.get());
+    plist_dict_iter it = nullptr;
+    plist_dict_new_iter(root, &it);
+    for (;;)
+    {
+        char* key = nullptr;
+        plist_t node = nullptr;
+        plist_dict_next_item(root, it, &key, &node);
+        if (!node)
+        {
+            std::free(key);
+            break;
+        }
+        if (key)
+            scope.values[key] = fromNode(node);
+        std::free(key);
+    }
+    std::free(it);
+
+    // This process's changes stand over what the file says until they are written.
+    for (auto const& change : scope.pending)
+    {
+        if (change.second.removed)
+            scope.values.erase(change.first);
+        else
+            scope.values[change.first] = change.second.value;
+    }
+}
+
+bool ConfigStore::keepAside(Scope& scope)
+{
+    std::shared_ptr<void> dict;
+    FileStamp stamp;
+    ReadResult result = readFile(scope, dict, stamp);
+    if (result != ReadResult::Damaged)
+    {
+        // Another process replaced the file meanwhile; take what it holds now.
+        adoptDisk(scope, dict, stamp);
+        return true;
+    }
+    std::string aside = scope.file + ".corrupt";
+    for (int n = 1; pathExists(aside) && n < 1000; ++n)
+        aside = scope.file + ".corrupt." + std::to_string(n);
+    if (pathExists(aside) || ::rename(scope.file.c_str(), aside.c_str()) != 0)
+    {
+        // The damaged file stays where it is, and nothing may be written over it.
+        adoptDisk(scope, own(plist_new_dict()), stamp);
+        scope.diskValid = false;
+        return false;
+    }
+    adoptDisk(scope, own(plist_new_dict()), FileStamp());
+    return true;
+}
+
+void ConfigStore::ensureLoaded(Scope& scope)
+{
+    if (scope.loaded)
+        return;
+    scope.loaded = true;
+    if (scope.file.empty())
+    {
+        adoptDisk(scope, own(plist_new_dict()), FileStamp());
+        return;
+    }
+    reloadIfChanged(scope);
+}
+
+void ConfigStore::reloadIfChanged(Scope& scope)
+{
+    if (scope.file.empty())
+        return;
+    struct stat info;
+    FileStamp now = ::stat(scope.file.c_str(), &info) == 0 ? FileStamp::Of(info) : FileStamp();
+    if (scope.diskValid && now == scope.stamp)
+        return;
+
+    std::shared_ptr<void> dict;
+    FileStamp stamp;
+    if (readFile(scope, dict, stamp) != ReadResult::Damaged)
+    {
+        adoptDisk(scope, dict, stamp);
+        return;
+    }
+    if (!scope.writable)
+    {
+        adoptDisk(scope, dict, stamp);
+        return;
+    }
+    FileLock lock(scope.file);
+    if (!lock.IsHeld())
+    {
+        adoptDisk(scope, own(plist_new_dict()), stamp);
+        scope.diskValid = false;
+        return;
+    }
+    keepAside(scope);
+}
+
+bool ConfigStore::writeScope(Scope& scope)
+{
+    if (scope.file.empty() || !makeFolders(folderOf(scope.file)))
+        return false;
+    FileLock lock(scope.file);
+    if (!lock.IsHeld())
+        return false;
+
+    // Merge: start from what is on disk now, which another process may have changed.
+    struct stat info;
+    FileStamp now = ::stat(scope.file.c_str(), &info) == 0 ? FileStamp::Of(info) : FileStamp();
+    if (!scope.diskValid || !(now == scope.stamp))
+    {
+        std::shared_ptr<void> dict;
+        FileStamp stamp;
+        if (readFile(scope, dict, stamp) == ReadResult::Damaged)
+        {
+            if (!keepAside(scope))
+                return false;
+        }
+        else
+            adoptDisk(scope, dict, stamp);
+    }
+
+    plist_t root = static_cast<plist_t>(scope.disk.get());
+    for (auto const& change : scope.pending)
+    {
+        if (change.second.removed)
+        {
+            if (plist_dict_get_item(root, change.first.c_str()))
+                plist_dict_remove_item(root, change.first.c_str());
+        }
+        else
+            plist_dict_set_item(root, change.first.c_str(), toNode(change.second.value));
+    }
+    scope.diskValid = false;
+
+    char* xml = nullptr;
+    std::uint32_t length = 0;
+    plist_to_xml(root, &xml, &length);
+    if (!xml)
+        return false;
+    std::string text(xml, length);
+    plist_to_xml_free(xml);
+    if (!writeFile(scope, text))
+        return false;
+
+    if (::stat(scope.file.c_str(), &info) == 0)
+    {
+        scope.stamp = FileStamp::Of(info);
+        scope.diskValid = true;
+    }
+    scope.pending.clear();
+    return true;
+}
+
+bool ConfigStore::Read(std::string const& name, ConfigValue& value)
+{
+    static ConfigScope const order[] = {ScopeCurrentUserCurrentHost, ScopeCurrentUserAnyHost,
+                                        ScopeAnyUserCurrentHost, ScopeAnyUserAnyHost};
+    std::lock_guard<std::mutex> guard(mutex);
+    for (ConfigScope s : order)
+    {
+        Scope& scope = scopes[s];
+        ensureLoaded(scope);
+        auto found = scope.values.find(name);
+        if (found != scope.values.end())
+        {
+            value = found->second;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ConfigStore::ReadScope(ConfigScope which, std::string const& name, ConfigValue& value)
+{
+    std::lock_guard<std::mutex> guard(mutex);
+    Scope& scope = scopes[which];
+    ensureLoaded(scope);
+    auto found = scope.values.find(name);
+    if (found == scope.values.end())
+        return false;
+    value = found->second;
+    return true;
+}
+
+void ConfigStore::Write(ConfigScope which, std::string const& name, ConfigValue const& value)
+{
+    std::lock_guard<std::mutex> guard(mutex);
+    Scope& scope = scopes[which];
+    if (!scope.writable)
+        return;
+    ensureLoaded(scope);
+    scope.values[name] = value;
+    PendingChange& change = scope.pending[name];
+    change.removed = false;
+    change.value = value;
+}
+
+bool ConfigStore::Remove(ConfigScope which, std::string const& name)
+{
+    std::lock_guard<std::mutex> guard(mutex);
+    Scope& scope = scopes[which];
+    if (!scope.writable)
+        return false;
+    ensureLoaded(scope);
+    if (scope.values.erase(name) == 0)
+        return false;
+    PendingChange& change = scope.pending[name];
+    change.removed = true;
+    change.value = ConfigValue();
+    return true;
+}
+
+std::vector<std::string> ConfigStore::Names(ConfigScope which)
+{
+    std::lock_guard<std::mutex> guard(mutex);
+    Scope& scope = scopes[which];
+    ensureLoaded(scope);
+    std::vector<std::string> names;
+    names.reserve(scope.values.size());
+    for (auto const& entry : scope.values)
+        names.push_back(entry.first);
+    return names;
+}
+
+bool ConfigStore::Synchronize()
+{
+    std::lock_guard<std::mutex> guard(mutex);
+    bool good = true;
+    for (Scope& scope : scopes)
+    {
+        // A scope never read has no changes and nothing to refresh.
+        if (!scope.loaded)
+            continue;
+        if (scope.writable && !scope.pending.empty())
+            good = writeScope(scope) && good;
+        else
+            reloadIfChanged(scope);
+    }
+    return good;
+}
+
+// ===== Registry and the exit flusher =============================================================
+
+namespace
+{
+
+struct Registry
+{
+    std::mutex mutex;
+    std::map<std::string, ConfigStore*> stores;
+};
+
+/// Made on first use and never destroyed: handles in static objects may synchronise during the
+/// end of the process, after this file's own statics are gone.
+Registry& registry()
+{
+    static Registry* instance = new Registry;
+    return *instance;
+}
+
+/// Writes what is still pending when the process ends normally.
+struct ExitFlusher
+{
+    ~ExitFlusher() { ConfigStore::SynchronizeAll(); }
+} exitFlusher;
+
+} // namespace
+
+ConfigStore& ConfigStore::Get(std::string const& domain)
+{
+    ConfigLocation location = ConfigLocation::FromEnvironment();
+    std::vector<std::string> files;
+    for (int i = 0; i < ScopeCount; ++i)
+        files.push_back(location.FileFor(domain, static_cast<ConfigScope>(i)));
+    std::string key = files[ScopeCurrentUserAnyHost] + '\n' + files[ScopeAnyUserAnyHost];
+
+    Registry& r = registry();
+    std::lock_guard<std::mutex> guard(r.mutex);
+    ConfigStore*& store = r.stores[key];
+    if (!store)
+        store = new ConfigStore(files);
+    return *store;
+}
+
+void ConfigStore::SynchronizeAll()
+{
+    std::vector<ConfigStore*> all;
+    {
+        Registry& r = registry();
+        std::lock_guard<std::mutex> guard(r.mutex);
+        for (auto const& entry : r.stores)
+            all.push_back(entry.second);
+    }
+    for (ConfigStore* store : all)
+        store->Synchronize();
+}
+
+} // namespace detail
+} // namespace Util

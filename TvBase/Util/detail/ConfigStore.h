@@ -1,0 +1,159 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <sys/stat.h>
+#include <unordered_map>
+#include <vector>
+
+/// The process-wide settings store behind `Util::ConfigFile` and the `tvdefaults` tool: one
+/// `ConfigStore` per domain file, kept for the life of the process, holding the values of the
+/// four scopes as read from disk plus this process's changes.
+namespace Util
+{
+namespace detail
+{
+
+/// The scopes in the order in which names are listed.
+enum ConfigScope
+{
+    ScopeCurrentUserCurrentHost = 0,
+    ScopeAnyUserCurrentHost = 1,
+    ScopeCurrentUserAnyHost = 2,
+    ScopeAnyUserAnyHost = 3,
+    ScopeCount = 4
+};
+
+/// One stored value. `Other` carries a property-list node of a type the setters never write
+/// (dictionary, array, real, date), kept so that it can be copied and written back unchanged.
+struct ConfigValue
+{
+    enum Kind
+    {
+        Text,
+        Number,
+        Data,
+        Other
+    };
+    Kind kind = Text;
+    /// Text or data bytes.
+    std::string bytes;
+    /// Numbers as 64 bits; 32-bit values are kept sign-extended.
+    std::int64_t number = 0;
+    /// The node of an `Other` value; shared, never changed.
+    std::shared_ptr<void> node;
+
+    static ConfigValue MakeText(std::string text);
+    static ConfigValue MakeNumber(std::int64_t number);
+    static ConfigValue MakeData(std::string bytes);
+};
+
+/// True when `text` is UTF-8 that an XML file can hold (no NUL and no control characters but
+/// tab, line feed and carriage return).
+bool IsStorableText(char const* text, std::size_t length);
+
+/// Where a domain's files are, from the environment at the moment of the call.
+struct ConfigLocation
+{
+    std::string userFolder;   ///< "$XDG_CONFIG_HOME/tavorin/"; empty when there is no home
+    std::string systemFolder; ///< "<first of $XDG_CONFIG_DIRS>/tavorin/"
+    std::string hostId;       ///< /etc/machine-id, else the host name
+
+    static ConfigLocation FromEnvironment();
+    /// The file of `domain` in `scope` ("" when the scope has no folder).
+    std::string FileFor(std::string const& domain, ConfigScope scope) const;
+};
+
+class ConfigStore
+{
+public:
+    /// The store of `domain` at the files the environment names now; made on first use and
+    /// never destroyed, so handles may outlive everything else.
+    static ConfigStore& Get(std::string const& domain);
+    /// Synchronizes every store made so far; runs at exit.
+    static void SynchronizeAll();
+
+    /// The first value of `name` in the read order (current user before any user, current host
+    /// before any host); false when no scope holds it.
+    bool Read(std::string const& name, ConfigValue& value);
+    /// The value of `name` in one scope only.
+    bool ReadScope(ConfigScope scope, std::string const& name, ConfigValue& value);
+    /// Writes into one of the two current-user scopes, in memory at once.
+    void Write(ConfigScope scope, std::string const& name, ConfigValue const& value);
+    /// Removes from one of the current-user scopes; true when a value was there.
+    bool Remove(ConfigScope scope, std::string const& name);
+    /// The names held in `scope`, unordered.
+    std::vector<std::string> Names(ConfigScope scope);
+    /// Writes pending changes (merging with other processes' writes) and reloads changed files.
+    /// False when some change could not reach disk; it stays pending for the next call.
+    bool Synchronize();
+
+    std::string const& GetFile(ConfigScope scope) const { return scopes[scope].file; }
+
+    ConfigStore(ConfigStore const&) = delete;
+    ConfigStore& operator=(ConfigStore const&) = delete;
+
+private:
+    /// What identifies one version of a file on disk.
+    struct FileStamp
+    {
+        bool exists = false;
+        dev_t device = 0;
+        ino_t inode = 0;
+        off_t size = 0;
+        std::int64_t modified = 0;
+        std::int64_t changed = 0;
+
+        static FileStamp Of(struct stat const& info);
+        bool operator==(FileStamp const& o) const;
+    };
+
+    struct PendingChange
+    {
+        bool removed = false;
+        ConfigValue value;
+    };
+
+    struct Scope
+    {
+        std::string file;
+        bool writable = false;
+        bool loaded = false;
+        /// True while `disk` mirrors the file with stamp `stamp`.
+        bool diskValid = false;
+        FileStamp stamp;
+        /// The file's property-list dictionary as last read or written; owned.
+        std::shared_ptr<void> disk;
+        std::unordered_map<std::string, ConfigValue> values;
+        /// Changes not yet on disk, by name.
+        std::map<std::string, PendingChange> pending;
+    };
+
+    /// Outcome of reading one file.
+    enum class ReadResult
+    {
+        Missing,
+        Good,
+        Damaged
+    };
+
+    explicit ConfigStore(std::vector<std::string> files);
+
+    void ensureLoaded(Scope& scope);
+    ReadResult readFile(Scope const& scope, std::shared_ptr<void>& dict, FileStamp& stamp);
+    void adoptDisk(Scope& scope, std::shared_ptr<void> dict, FileStamp const& stamp);
+    /// Moves a damaged file aside as "<file>.corrupt"; the caller holds the file lock.
+    bool keepAside(Scope& scope);
+    void reloadIfChanged(Scope& scope);
+    bool writeScope(Scope& scope);
+    bool writeFile(Scope const& scope, std::string const& xml);
+
+    std::mutex mutex;
+    Scope scopes[ScopeCount];
+};
+
+} // namespace detail
+} // namespace Util
