@@ -1,0 +1,28 @@
+# Files, folders, data streams, resources, translation, and the resource packer.
+tv_library(tv_files
+  SOURCES
+    TvBase/Util/FileIOException.cpp
+    TvBase/Util/File.cpp
+    TvBase/Util/Dir.cpp
+    TvBase/Util/DataStream.cpp
+    TvBase/Util/ByteStream.cpp
+    TvBase/Util/FileStream.cpp
+    TvBase/Util/ResourceManager.cpp
+    TvBase/Util/detail/ResourceDirectory.cpp
+    TvBase/Language/Translator.cpp
+  DEPS tv_paths tv_core)
+
+tv_executable(tvresembed SOURCES tools/tvresembed/main.cpp DEPS tv_files)
+
+# The updater's packed resources, rebuilt when any file below its resource folder changes.
+set(TV_UPDATER_RESOURCE_DIR ${PROJECT_SOURCE_DIR}/Updater/app/resources)
+set(TV_UPDATER_RESOURCE_FILE ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources/resources.resembed)
+file(GLOB_RECURSE TV_UPDATER_RESOURCE_INPUTS CONFIGURE_DEPENDS ${TV_UPDATER_RESOURCE_DIR}/*)
+add_custom_command(
+  OUTPUT ${TV_UPDATER_RESOURCE_FILE}
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources
+  COMMAND tvresembed pack ${TV_UPDATER_RESOURCE_DIR} ${TV_UPDATER_RESOURCE_FILE}
+  DEPENDS tvresembed ${TV_UPDATER_RESOURCE_INPUTS}
+  COMMENT "Packing the updater's resources"
+  VERBATIM)
+add_custom_target(updater_resources DEPENDS ${TV_UPDATER_RESOURCE_FILE})
