@@ -1,0 +1,42 @@
+#include "TvBase/Util/String.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+// Copies of one string handed to several threads: the count is shared, the text is never
+// written, and each thread's own changes stay private.
+TEST(StringThreads, CopiesCrossThreadsSafely)
+{
+    String const shared("shared text");
+    std::vector<std::thread> workers;
+    std::vector<String> results(4);
+    for (int t = 0; t < 4; ++t)
+    {
+        workers.emplace_back(
+            [&shared, &results, t]
+            {
+                String mine;
+                for (int i = 0; i < 20000; ++i)
+                {
+                    String copy = shared;
+                    String another(copy);
+                    another = copy;
+                    if (i % 5000 == 0)
+                        mine += copy.Left(1);
+                }
+                mine.SetAt(0, static_cast<char>('0' + t));
+                results[t] = mine;
+            });
+    }
+    for (std::thread& w : workers)
+        w.join();
+    EXPECT_EQ(shared, "shared text");
+    for (int t = 0; t < 4; ++t)
+    {
+        EXPECT_EQ(results[t].Length(), 4u);
+        EXPECT_EQ(results[t][0], static_cast<char>('0' + t));
+        EXPECT_EQ(results[t].Mid(1), "sss");
+    }
+}
