@@ -6,3 +6,12 @@ tv_library(tv_signals
     TvBase/Util/PropertySerializer.cpp
     Canvas/UI/ColorConversion.cpp
   DEPS tv_core Boost::headers)
+
+tv_test(tv_signals_tests
+  SOURCES
+    tests/TvBase/Util/SignalTest.cpp
+    tests/TvBase/Util/ObjectTest.cpp
+    tests/TvBase/Util/PropertyHolderTest.cpp
+    tests/TvBase/Util/PropertySerializerTest.cpp
+    tests/Canvas/UI/ColorConversionTest.cpp
+  DEPS tv_signals)
