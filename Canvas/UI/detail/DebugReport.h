@@ -1,0 +1,16 @@
+#pragma once
+
+#include "TvBase/Util/String.h"
+
+namespace UI
+{
+namespace detail
+{
+
+/// Takes a composed diagnostic that the window system reports but never shows (duplicate child
+/// names, unimplemented metrics, unknown timer ids). It reaches standard error only when the
+/// environment variable TV_DEBUG_REPORTS is set; otherwise it is dropped.
+void DebugReport(String const& text);
+
+} // namespace detail
+} // namespace UI
