@@ -20,20 +20,12 @@ namespace
 /// The text as the store holds it; text it cannot hold becomes empty.
 std::string hostText(String const& text)
 {
-    if (!detail::IsStorableText(text.CStr(), text.Length()))
-        return std::string();
-    return std::string(text.CStr(), text.Length());
+    return detail::StorableText(text.CStr(), text.Length());
 }
 
-/// Every "//" becomes "/", until none is left; leading and trailing "/" stay.
 std::string normalizeCFPrefName(std::string const& name)
 {
-    std::string out;
-    out.reserve(name.size());
-    for (char c : name)
-        if (!(c == '/' && !out.empty() && out.back() == '/'))
-            out += c;
-    return out;
+    return detail::NormalizeName(name);
 }
 
 std::string normalizedPath(String const& path)

@@ -12,3 +12,7 @@ tv_library(tv_config
     TvBase/Util/ConfigFile.cpp
     TvBase/Util/detail/ConfigStore.cpp
   DEPS tv_paths PkgConfig::PLIST)
+
+tv_executable(tvdefaults
+  SOURCES tools/tvdefaults/tvdefaults.cpp
+  DEPS tv_config)

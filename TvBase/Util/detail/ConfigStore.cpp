@@ -103,6 +103,21 @@ bool IsStorableText(char const* text, std::size_t length)
     return true;
 }
 
+std::string StorableText(char const* text, std::size_t length)
+{
+    return IsStorableText(text, length) ? std::string(text, length) : std::string();
+}
+
+std::string NormalizeName(std::string const& name)
+{
+    std::string out;
+    out.reserve(name.size());
+    for (char c : name)
+        if (!(c == '/' && !out.empty() && out.back() == '/'))
+            out += c;
+    return out;
+}
+
 // ===== Locations =================================================================================
 
 namespace

@@ -55,6 +55,12 @@ struct ConfigValue
 /// tab, line feed and carriage return).
 bool IsStorableText(char const* text, std::size_t length);
 
+/// `text` when it is storable, otherwise the empty string.
+std::string StorableText(char const* text, std::size_t length);
+
+/// Every "//" becomes "/", until none is left; leading and trailing "/" stay.
+std::string NormalizeName(std::string const& name);
+
 /// Where a domain's files are, from the environment at the moment of the call.
 struct ConfigLocation
 {
