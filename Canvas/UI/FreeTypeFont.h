@@ -73,7 +73,8 @@ public:
     bool IsKerning() const { return kerning; }
 
     /// Width in pixels of `text` (UTF-8), kerning included; fills `glyphs` with one entry per
-    /// UTF-16 unit. A missing glyph adds no width. 0 for an invalid font or unconvertible text.
+    /// UTF-16 unit. A character that no face has counts as the missing-glyph box that is drawn
+    /// for it. 0 for an invalid font or for text that isn't valid UTF-8.
     unsigned int GetStringWidth(String const& text, std::vector<GlyphInfo>& glyphs);
     unsigned int GetStringWidth(String const& text);
 
@@ -132,6 +133,7 @@ private:
     bool layoutText(UI::Point const& point, String const& text, UI::Rect const& clip,
                     UI::Size const& size, HAlignment hAlign, VAlignment vAlign, UI::Rect const& box,
                     std::vector<GlyphInfo>& glyphs, Layout& layout);
+    int const* getWeightTable(double gamma, unsigned char alpha);
     void drawUnderline(Layout const& layout, unsigned int color, unsigned char alpha,
                        unsigned int* pixels, int stride) const;
 
@@ -148,6 +150,10 @@ private:
     bool kerning = false;
     freetype_glyph_cache glyphCache;
     std::map<unsigned int, boost::shared_ptr<GlyphCoverage>> coverageCache;
+    // Pixel weights by grey and mono coverage for the last gamma and alpha drawn with.
+    std::vector<int> weightTable;
+    double weightGamma = 0.0;
+    int weightAlpha = -1;
 };
 
 } // namespace UI

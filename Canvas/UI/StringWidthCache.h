@@ -35,6 +35,8 @@ public:
     StringWidthCache(StringWidthCache const&) = delete;
     StringWidthCache& operator=(StringWidthCache const&) = delete;
 
+    /// The cached width; a hit raises the entry's count, so that widths in use outlive rare ones
+    /// when the cache is trimmed.
     checked_value<unsigned int> GetCachedStringWidth(String const& text, FontInfo const& info);
     /// Adds the width with a hit count of 1, or raises the count of an existing entry. Records
     /// the font file's modified time the first time it is seen. Trims to half the memory limit
@@ -64,9 +66,18 @@ public:
         String text;
         FontInfo info;
     };
+    /// A key by reference, for lookups that copy nothing.
+    struct KeyRef
+    {
+        String const* text;
+        FontInfo const* info;
+    };
     struct KeyLess
     {
+        typedef void is_transparent;
         bool operator()(Key const& a, Key const& b) const;
+        bool operator()(Key const& a, KeyRef const& b) const;
+        bool operator()(KeyRef const& a, Key const& b) const;
     };
     struct Entry
     {
