@@ -1,0 +1,27 @@
+# The updater application: the update decision, the entry, and the program.
+tv_library(tv_updater
+  SOURCES
+    Updater/app/VersionsText.cpp
+    Updater/app/RunApplication.cpp
+  DEPS tv_core)
+
+tv_executable(tavorin-updater
+  SOURCES Updater/app/main.cpp
+  DEPS tv_updater)
+
+tv_test(tv_updater_tests
+  SOURCES
+    tests/Updater/app/VersionsTextTest.cpp
+    tests/Updater/app/RunApplicationTest.cpp
+  DEPS tv_updater)
+
+tv_bench(tv_string_bench
+  SOURCES bench/StringBench.cpp
+  DEPS tv_updater)
+
+tv_fuzz(VersionsFuzz
+  SOURCES fuzz/VersionsFuzz.cpp
+  DEPS tv_updater)
+
+# The command-line test runs the program itself.
+add_dependencies(tv_updater_tests tavorin-updater)

@@ -1,0 +1,90 @@
+#include "Updater/app/RunApplication.h"
+
+#include "tests/detail/CommaLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <string>
+#include <sys/wait.h>
+
+namespace
+{
+
+std::vector<String> args(std::initializer_list<char const*> list)
+{
+    std::vector<String> out;
+    for (char const* a : list)
+        out.push_back(String(a));
+    return out;
+}
+
+/// Sets one environment variable for a scope and restores what was there.
+class EnvScope
+{
+public:
+    EnvScope(char const* n, char const* value) : name(n)
+    {
+        if (char const* old = std::getenv(n))
+            previous = old, had = true;
+        if (value)
+            setenv(n, value, 1);
+        else
+            unsetenv(n);
+    }
+    ~EnvScope()
+    {
+        if (had)
+            setenv(name, previous.c_str(), 1);
+        else
+            unsetenv(name);
+    }
+
+private:
+    char const* name;
+    std::string previous;
+    bool had = false;
+};
+
+} // namespace
+
+TEST(CommandLine, SilentSwitchCountsAnywhereByteForByte)
+{
+    EXPECT_TRUE(Updater::IsSilentRun(args({"-silent"})));
+    EXPECT_TRUE(Updater::IsSilentRun(args({"first", "-silent", "last"})));
+    EXPECT_TRUE(Updater::IsSilentRun(args({"x", "y", "-silent"})));
+    EXPECT_FALSE(Updater::IsSilentRun(args({})));
+    EXPECT_FALSE(Updater::IsSilentRun(args({"-Silent"})));
+    EXPECT_FALSE(Updater::IsSilentRun(args({"--silent"})));
+    EXPECT_FALSE(Updater::IsSilentRun(args({"-silent "})));
+    EXPECT_FALSE(Updater::IsSilentRun(args({"silent", "-s", ""})));
+}
+
+TEST(CommandLine, RunReadsTheUserDecimalPointAndReturnsZero)
+{
+    TestSupport::CommaLocale locale;
+    if (!locale.IsReady())
+        GTEST_SKIP() << "no way to build a comma locale here";
+    EnvScope all("LC_ALL", nullptr);
+    EnvScope numeric("LC_NUMERIC", TestSupport::CommaLocale::kName);
+
+    EXPECT_EQ(runApplication(args({"-silent", "unknown"})), 0);
+    EXPECT_EQ(g_chDecimalPoint, ',');
+    EXPECT_EQ(String("2,5").ToFloat(), checked_value<float>(2.5f));
+
+    std::setlocale(LC_NUMERIC, "C");
+    String::InitDecimalPoint();
+    EXPECT_EQ(g_chDecimalPoint, '.');
+}
+
+TEST(CommandLine, ProgramExitsWithZeroWhateverTheArguments)
+{
+    std::string const program = std::string(TV_BINARY_DIR) + "/bin/tavorin-updater";
+    for (char const* extra : {"", " -silent", " --bogus -Silent", " a -silent b"})
+    {
+        int status = std::system((program + extra + " >/dev/null 2>&1").c_str());
+        ASSERT_TRUE(WIFEXITED(status)) << extra;
+        EXPECT_EQ(WEXITSTATUS(status), 0) << extra;
+    }
+}
