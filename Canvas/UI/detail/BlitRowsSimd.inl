@@ -1,0 +1,225 @@
+// The vector blit rows, written once over a small set of lane operations and instantiated for
+// SSE2 (four pixels a step) and AVX2 (eight). Included by exactly one file per instruction set,
+// inside an unnamed namespace, so that nothing compiled here is shared between the builds.
+//
+// The blend kernel works per channel in 16-bit lanes: (s * w + d * (255 - w) + 128) >> 8 never
+// carries out of a channel, so it equals the packed red-blue / green form of the reference.
+// Weights that come from float arithmetic use the same operations in the same order as the
+// reference and round with the processor's round-to-nearest-even, as lrintf does.
+//
+// Each row runs a scalar head until the destination is aligned to the vector width, the vector
+// body, and a scalar tail.
+
+template <class V>
+typename V::I blendLanes(typename V::I s, typename V::I d, typename V::I w32)
+{
+    using I = typename V::I;
+    I const zero = V::zero();
+    I const c255 = V::set1x16(255);
+    I const round = V::set1x16(128);
+    I const w16 = V::or_(w32, V::template slli32<16>(w32));
+    I const wlo = V::unpacklo32(w16, w16);
+    I const whi = V::unpackhi32(w16, w16);
+    I lo = V::add16(V::mullo16(V::unpacklo8(s, zero), wlo),
+                    V::mullo16(V::unpacklo8(d, zero), V::xor_(wlo, c255)));
+    I hi = V::add16(V::mullo16(V::unpackhi8(s, zero), whi),
+                    V::mullo16(V::unpackhi8(d, zero), V::xor_(whi, c255)));
+    lo = V::template srli16<8>(V::add16(lo, round));
+    hi = V::template srli16<8>(V::add16(hi, round));
+    return V::or_(V::packus16(lo, hi), V::set1(0xFF000000u));
+}
+
+/// Lanes of `a` where `mask` is set, otherwise of `b`.
+template <class V>
+typename V::I select(typename V::I mask, typename V::I a, typename V::I b)
+{
+    return V::or_(V::and_(mask, a), V::andnot(mask, b));
+}
+
+/// Pixels to do before `dst + x` is aligned to the vector width, at most `count`.
+template <class V>
+int headCount(unsigned int const* dst, int count)
+{
+    int misaligned = static_cast<int>(
+        (reinterpret_cast<std::uintptr_t>(dst) % sizeof(typename V::I)) / sizeof(unsigned int));
+    int head = misaligned == 0 ? 0 : V::lanes - misaligned;
+    return head < count ? head : count;
+}
+
+/// Composes with weight lanes `a` (0 to 255): 255 takes the source pixel, 0 keeps.
+template <class V>
+typename V::I composeLanes(typename V::I s, typename V::I d, typename V::I a)
+{
+    using I = typename V::I;
+    I const m255 = V::cmpeq32(a, V::set1(255));
+    I const m0 = V::cmpeq32(a, V::zero());
+    I r = blendLanes<V>(s, d, a);
+    r = select<V>(m255, s, r);
+    return select<V>(m0, d, r);
+}
+
+template <class V>
+void blendPixelAlphaRowT(unsigned int const* src, unsigned int* dst, int count)
+{
+    using I = typename V::I;
+    int x = 0;
+    for (int head = headCount<V>(dst, count); x < head; ++x)
+        dst[x] = ComposePixel(src[x], dst[x], src[x] >> 24);
+    for (; x + V::lanes <= count; x += V::lanes)
+    {
+        I const s = V::loadu(src + x);
+        I const a = V::template srli32<24>(s);
+        // Whole runs of clear or opaque pixels are common in images: skip the arithmetic.
+        if (V::allSet(V::cmpeq32(a, V::zero())))
+            continue;
+        if (V::allSet(V::cmpeq32(a, V::set1(255))))
+        {
+            V::store(dst + x, s);
+            continue;
+        }
+        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), a));
+    }
+    for (; x < count; ++x)
+        dst[x] = ComposePixel(src[x], dst[x], src[x] >> 24);
+}
+
+template <class V>
+void blendScaledRowT(unsigned int const* src, unsigned int* dst, int count, unsigned int alpha)
+{
+    using I = typename V::I;
+    using F = typename V::F;
+    F const k = V::set1ps(0.00392157f);
+    F const fa = V::set1ps(static_cast<float>(alpha));
+    int x = 0;
+    for (int head = headCount<V>(dst, count); x < head; ++x)
+        dst[x] = ComposePixel(src[x], dst[x], ScaledWeight(src[x], alpha));
+    for (; x + V::lanes <= count; x += V::lanes)
+    {
+        I const s = V::loadu(src + x);
+        I const a = V::cvtps(V::mulps(V::mulps(V::cvtepi32(V::template srli32<24>(s)), k), fa));
+        if (V::allSet(V::cmpeq32(a, V::zero())))
+            continue;
+        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), a));
+    }
+    for (; x < count; ++x)
+        dst[x] = ComposePixel(src[x], dst[x], ScaledWeight(src[x], alpha));
+}
+
+template <class V>
+void curveRowT(unsigned int const* src, unsigned int* dst, int count)
+{
+    using I = typename V::I;
+    I const alphaMask = V::set1(0xFF000000u);
+    int x = 0;
+    for (int head = headCount<V>(dst, count); x < head; ++x)
+        dst[x] = CurvePixel(src[x], dst[x]);
+    for (; x + V::lanes <= count; x += V::lanes)
+    {
+        I const s = V::loadu(src + x);
+        I const a = V::template srli32<24>(s);
+        I const m0 = V::cmpeq32(a, V::zero());
+        if (V::allSet(m0))
+            continue;
+        I const d = V::load(dst + x);
+        // Lanes at 128 or more take the source color; the doubled weight there is discarded.
+        I const high = V::cmpgt32(a, V::set1(127));
+        I const color = select<V>(high, s, blendLanes<V>(s, d, V::template slli32<1>(a)));
+        I const coverage = V::and_(V::maxu8(s, d), alphaMask);
+        I const r = V::or_(V::andnot(alphaMask, color), coverage);
+        V::store(dst + x, select<V>(m0, d, r));
+    }
+    for (; x < count; ++x)
+        dst[x] = CurvePixel(src[x], dst[x]);
+}
+
+template <class V>
+void solidBoxRowT(unsigned int* dst, int count, unsigned int keep, unsigned int add)
+{
+    using I = typename V::I;
+    I const zero = V::zero();
+    I const keep16 = V::set1x16(static_cast<short>(keep));
+    // x / 255 for any 16-bit x is (x * 0x8081) >> 23.
+    I const div255 = V::set1x16(static_cast<short>(0x8081));
+    I const addv = V::set1(add & 0xFFFFFF);
+    I const opaque = V::set1(0xFF000000u);
+    int x = 0;
+    for (int head = headCount<V>(dst, count); x < head; ++x)
+        dst[x] = SolidBoxPixel(dst[x], keep, add);
+    for (; x + V::lanes <= count; x += V::lanes)
+    {
+        I const d = V::load(dst + x);
+        I lo = V::mullo16(V::unpacklo8(d, zero), keep16);
+        I hi = V::mullo16(V::unpackhi8(d, zero), keep16);
+        lo = V::template srli16<7>(V::mulhiu16(lo, div255));
+        hi = V::template srli16<7>(V::mulhiu16(hi, div255));
+        V::store(dst + x, V::addsu8(V::or_(V::packus16(lo, hi), opaque), addv));
+    }
+    for (; x < count; ++x)
+        dst[x] = SolidBoxPixel(dst[x], keep, add);
+}
+
+template <class V>
+void fillRowT(unsigned int* dst, int count, unsigned int color)
+{
+    using I = typename V::I;
+    I const c = V::set1(color);
+    int x = 0;
+    for (int head = headCount<V>(dst, count); x < head; ++x)
+        dst[x] = color;
+    for (; x + V::lanes <= count; x += V::lanes)
+        V::store(dst + x, c);
+    for (; x < count; ++x)
+        dst[x] = color;
+}
+
+/// Spans above this many pixels could overflow the 32-bit lane sums; they go the scalar way,
+/// which sums in 64 bits. Below it both paths convert the same exact integers.
+int const kMaxVectorSpan = 1 << 23;
+
+/// One resampled row. Each destination pixel sums its span with the four channels side by side
+/// in one 128-bit register.
+void scaleRowVector(unsigned int const* src, int srcStride, int rows, ScaleSpans spans, int count,
+                    unsigned int* dst)
+{
+    __m128i const zero = _mm_setzero_si128();
+    for (int x = 0; x < count; ++x)
+    {
+        int const cols = spans.count[x];
+        unsigned int const* p = src + spans.start[x];
+        if ((rows == 1 && cols == 1) || rows * cols > kMaxVectorSpan)
+        {
+            dst[x] = AveragePixels(p, srcStride, rows, cols);
+            continue;
+        }
+        __m128i acc = zero;
+        for (int y = 0; y < rows; ++y, p += srcStride)
+        {
+            int c = 0;
+            for (; c + 2 <= cols; c += 2)
+            {
+                __m128i two = _mm_unpacklo_epi8(
+                    _mm_loadl_epi64(reinterpret_cast<__m128i const*>(p + c)), zero);
+                acc = _mm_add_epi32(acc, _mm_unpacklo_epi16(two, zero));
+                acc = _mm_add_epi32(acc, _mm_unpackhi_epi16(two, zero));
+            }
+            if (c < cols)
+            {
+                __m128i one = _mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int>(p[c])), zero);
+                acc = _mm_add_epi32(acc, _mm_unpacklo_epi16(one, zero));
+            }
+        }
+        __m128 const scale = _mm_set1_ps(1.0f / static_cast<float>(rows * cols));
+        __m128i const avg = _mm_cvtps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(acc), scale));
+        __m128i const packed = _mm_packus_epi16(_mm_packs_epi32(avg, zero), zero);
+        dst[x] = static_cast<unsigned int>(_mm_cvtsi128_si32(packed));
+    }
+}
+
+template <class V>
+BlitRowKernels const& kernelsT()
+{
+    static BlitRowKernels const kernels = {
+        blendPixelAlphaRowT<V>, blendScaledRowT<V>, curveRowT<V>,
+        solidBoxRowT<V>,        fillRowT<V>,        scaleRowVector};
+    return kernels;
+}

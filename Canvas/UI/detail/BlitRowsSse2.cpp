@@ -1,0 +1,78 @@
+// The SSE2 build of the blit rows: the x86-64 baseline.
+
+#include "Canvas/UI/detail/BlitRows.h"
+#include "Canvas/UI/detail/PixelMath.h"
+
+#include <emmintrin.h>
+
+#include <cstdint>
+
+namespace UI
+{
+namespace detail
+{
+namespace
+{
+
+struct Sse2
+{
+    using I = __m128i;
+    using F = __m128;
+    static constexpr int lanes = 4;
+
+    static I loadu(unsigned int const* p) { return _mm_loadu_si128(reinterpret_cast<I const*>(p)); }
+    static I load(unsigned int const* p) { return _mm_load_si128(reinterpret_cast<I const*>(p)); }
+    static void store(unsigned int* p, I v) { _mm_store_si128(reinterpret_cast<I*>(p), v); }
+    static I zero() { return _mm_setzero_si128(); }
+    static I set1(unsigned int v) { return _mm_set1_epi32(static_cast<int>(v)); }
+    static I set1x16(short v) { return _mm_set1_epi16(v); }
+    static F set1ps(float v) { return _mm_set1_ps(v); }
+    static I and_(I a, I b) { return _mm_and_si128(a, b); }
+    static I or_(I a, I b) { return _mm_or_si128(a, b); }
+    static I xor_(I a, I b) { return _mm_xor_si128(a, b); }
+    /// ~a & b.
+    static I andnot(I a, I b) { return _mm_andnot_si128(a, b); }
+    static I cmpeq32(I a, I b) { return _mm_cmpeq_epi32(a, b); }
+    static I cmpgt32(I a, I b) { return _mm_cmpgt_epi32(a, b); }
+    template <int N>
+    static I srli32(I v)
+    {
+        return _mm_srli_epi32(v, N);
+    }
+    template <int N>
+    static I slli32(I v)
+    {
+        return _mm_slli_epi32(v, N);
+    }
+    template <int N>
+    static I srli16(I v)
+    {
+        return _mm_srli_epi16(v, N);
+    }
+    static I unpacklo8(I a, I b) { return _mm_unpacklo_epi8(a, b); }
+    static I unpackhi8(I a, I b) { return _mm_unpackhi_epi8(a, b); }
+    static I unpacklo32(I a, I b) { return _mm_unpacklo_epi32(a, b); }
+    static I unpackhi32(I a, I b) { return _mm_unpackhi_epi32(a, b); }
+    static I packus16(I a, I b) { return _mm_packus_epi16(a, b); }
+    static I mullo16(I a, I b) { return _mm_mullo_epi16(a, b); }
+    static I mulhiu16(I a, I b) { return _mm_mulhi_epu16(a, b); }
+    static I add16(I a, I b) { return _mm_add_epi16(a, b); }
+    static I addsu8(I a, I b) { return _mm_adds_epu8(a, b); }
+    static I maxu8(I a, I b) { return _mm_max_epu8(a, b); }
+    static bool allSet(I mask) { return _mm_movemask_epi8(mask) == 0xFFFF; }
+    static F cvtepi32(I v) { return _mm_cvtepi32_ps(v); }
+    static I cvtps(F v) { return _mm_cvtps_epi32(v); }
+    static F mulps(F a, F b) { return _mm_mul_ps(a, b); }
+};
+
+#include "Canvas/UI/detail/BlitRowsSimd.inl"
+
+} // namespace
+
+BlitRowKernels const& GetSse2BlitRowKernels()
+{
+    return kernelsT<Sse2>();
+}
+
+} // namespace detail
+} // namespace UI

@@ -1,0 +1,19 @@
+# Pixel buffers, blits, box and line drawing, draw contexts.
+tv_library(tv_pixels
+  SOURCES
+    Canvas/UI/Native/DIBSection.cpp
+    Canvas/UI/Native/DrawDIBSectionFunction.cpp
+    Canvas/UI/DIBits.cpp
+    Canvas/UI/BitBlt.cpp
+    Canvas/UI/BoxDrawing.cpp
+    Canvas/UI/LineInfo.cpp
+    Canvas/UI/DrawContext.cpp
+    Canvas/UI/MemoryDrawContext.cpp
+    Canvas/UI/detail/BlitRowsScalar.cpp
+    Canvas/UI/detail/BlitRowsSse2.cpp
+    Canvas/UI/detail/BlitRowsAvx2.cpp
+  DEPS tv_core)
+# Only this file is built for AVX2; it runs where the processor reports it. Contraction into
+# fused multiply-adds stays off everywhere so that the float weights round exactly as written.
+set_source_files_properties(Canvas/UI/detail/BlitRowsAvx2.cpp PROPERTIES COMPILE_OPTIONS -mavx2)
+target_compile_options(tv_pixels PRIVATE -ffp-contract=off)
