@@ -16,3 +16,7 @@ tv_library(tv_config
 tv_executable(tvdefaults
   SOURCES tools/tvdefaults/tvdefaults.cpp
   DEPS tv_config)
+
+tv_test(tv_config_tests
+  SOURCES tests/TvBase/Util/ConfigFileTest.cpp
+  DEPS tv_config)

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstdlib>
+#include <ftw.h>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
+
+namespace TestSupport
+{
+
+/// Sets an environment variable for the life of the object, then puts the old value back.
+class ScopedEnv
+{
+public:
+    ScopedEnv(char const* name, char const* value) : name(name)
+    {
+        char const* old = std::getenv(name);
+        hadOld = old != nullptr;
+        if (hadOld)
+            oldValue = old;
+        if (value)
+            setenv(name, value, 1);
+        else
+            unsetenv(name);
+    }
+    ~ScopedEnv()
+    {
+        if (hadOld)
+            setenv(name.c_str(), oldValue.c_str(), 1);
+        else
+            unsetenv(name.c_str());
+    }
+    ScopedEnv(ScopedEnv const&) = delete;
+    ScopedEnv& operator=(ScopedEnv const&) = delete;
+
+private:
+    std::string name;
+    std::string oldValue;
+    bool hadOld = false;
+};
+
+/// A fresh folder from mkdtemp, removed with everything in it at the end.
+class TempFolder
+{
+public:
+    TempFolder()
+    {
+        char pattern[] = "/tmp/tvtest-XXXXXX";
+        if (!mkdtemp(pattern))
+            throw std::runtime_error("mkdtemp failed");
+        path = pattern;
+    }
+    ~TempFolder()
+    {
+        nftw(
+            path.c_str(),
+            [](char const* p, struct stat const*, int, struct FTW*) { return ::remove(p); }, 16,
+            FTW_DEPTH | FTW_PHYS);
+    }
+    TempFolder(TempFolder const&) = delete;
+    TempFolder& operator=(TempFolder const&) = delete;
+
+    std::string const& Path() const { return path; }
+
+private:
+    std::string path;
+};
+
+/// Points the settings store at a temporary folder: user settings in `<temp>/user`, the any-user
+/// settings in `<temp>/system`. Settings handles made while it lives use these folders.
+class TempConfigHome
+{
+public:
+    TempConfigHome()
+        : userHome(folder.Path() + "/user"), systemHome(folder.Path() + "/system"),
+          configHome("XDG_CONFIG_HOME", userHome.c_str()),
+          configDirs("XDG_CONFIG_DIRS", systemHome.c_str())
+    {
+    }
+
+    /// The folder of the user's files ("<XDG_CONFIG_HOME>/tavorin/").
+    std::string UserFolder() const { return userHome + "/tavorin/"; }
+    /// The folder of the any-user files.
+    std::string SystemFolder() const { return systemHome + "/tavorin/"; }
+    std::string const& Root() const { return folder.Path(); }
+
+    /// Names the same folders with another spelling, so that handles made afterwards get a store
+    /// of their own over the same files: in effect, another process.
+    void SwitchToOtherView()
+    {
+        ++views;
+        std::string spelling = userHome;
+        for (int i = 0; i < views; ++i)
+            spelling += "/.";
+        setenv("XDG_CONFIG_HOME", spelling.c_str(), 1);
+    }
+
+private:
+    TempFolder folder;
+    std::string userHome;
+    std::string systemHome;
+    ScopedEnv configHome;
+    ScopedEnv configDirs;
+    int views = 0;
+};
+
+} // namespace TestSupport
