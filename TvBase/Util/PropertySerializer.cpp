@@ -3,6 +3,7 @@
 #include "Canvas/UI/ColorConversion.h"
 #include "Canvas/UI/Rect.h"
 
+#include <climits>
 #include <cstdio>
 
 namespace Util
@@ -60,7 +61,10 @@ checked_value<UI::Point> readPoint(String const& text)
 
 String writeRect(UI::Rect const& r)
 {
-    return String("%1, %2, %3, %4").Arg(r.left).Arg(r.top).Arg(r.Width()).Arg(r.Height());
+    // Sizes are worked out wide: a rectangle near the ends of the int range must not overflow.
+    long long width = static_cast<long long>(r.right) + 1 - r.left;
+    long long height = static_cast<long long>(r.bottom) + 1 - r.top;
+    return String("%1, %2, %3, %4").Arg(r.left).Arg(r.top).Arg(width).Arg(height);
 }
 
 checked_value<UI::Rect> readRect(String const& text)
@@ -76,7 +80,13 @@ checked_value<UI::Rect> readRect(String const& text)
             return checked_value<UI::Rect>();
         values[i] = *v;
     }
-    return checked_value<UI::Rect>(UI::Rect::FromXYWH(values[0], values[1], values[2], values[3]));
+    // The far edges must fit in an int; text that puts them outside is malformed.
+    long long right = static_cast<long long>(values[0]) + values[2] - 1;
+    long long bottom = static_cast<long long>(values[1]) + values[3] - 1;
+    if (right < INT_MIN || right > INT_MAX || bottom < INT_MIN || bottom > INT_MAX)
+        return checked_value<UI::Rect>();
+    return checked_value<UI::Rect>(
+        UI::Rect(values[0], static_cast<int>(right), values[1], static_cast<int>(bottom)));
 }
 
 String writeString(String const& s)

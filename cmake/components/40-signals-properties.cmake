@@ -15,3 +15,7 @@ tv_test(tv_signals_tests
     tests/TvBase/Util/PropertySerializerTest.cpp
     tests/Canvas/UI/ColorConversionTest.cpp
   DEPS tv_signals)
+
+tv_fuzz(PropertyTextFuzz
+  SOURCES fuzz/PropertyTextFuzz.cpp
+  DEPS tv_signals)

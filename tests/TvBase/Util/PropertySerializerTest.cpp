@@ -115,6 +115,8 @@ TEST_F(Serializer, EachTypeRoundTripsItsTextForm)
     EXPECT_EQ(roundTrip("Point", "3,4", UI::Point()), "3, 4");
     EXPECT_EQ(roundTrip("Rect", "10, 20, 30, 40", UI::Rect()), "10, 20, 30, 40");
     EXPECT_EQ(roundTrip("Rect", "-5, 0, 0, 1", UI::Rect()), "-5, 0, 0, 1");
+    EXPECT_EQ(roundTrip("Rect", "2147483646, -2147483648, 2, 1", UI::Rect()),
+              "2147483646, -2147483648, 2, 1");
     EXPECT_EQ(roundTrip("String", "any text, even \"quoted\"", String()),
               "any text, even \"quoted\"");
     EXPECT_EQ(roundTrip("String", "", String("x")), "");
@@ -167,6 +169,8 @@ TEST_F(Serializer, MalformedTextFailsAndLeavesThePropertyAlone)
         {"Rect", "1, 2, 3"},
         {"Rect", "1, 2, 3, 4, 5"},
         {"Rect", "1, 2, x, 4"},
+        {"Rect", "2147483647, 0, 2, 1"},
+        {"Rect", "0, -2147483648, 1, -1"},
         {"Float", "x"},
         {"Float", "1.5f"},
         {"Float", ""},
@@ -348,10 +352,11 @@ TEST_F(Serializer, NamedEnumerationRegistrationIsOnce)
 
 TEST_F(Serializer, EnumerationValueBeyondTheNamesWritesNothing)
 {
-    serializer.RegisterNamedEnumType<Orientation>("Orientation",
-                                                  array_ref<char const*>(orientationNames, 2));
-    holder.CreateProperty("Orientation", static_cast<Orientation>(5));
-    holder.SetPropertySerialize("Orientation", true);
+    // A scoped enumeration holds any int, so the value itself is well defined.
+    serializer.RegisterNamedEnumType<BorderStyle>("Border Style",
+                                                  array_ref<char const*>(borderStyleNames, 6));
+    holder.CreateProperty("Border", static_cast<BorderStyle>(6));
+    holder.SetPropertySerialize("Border", true);
     std::vector<Util::PropertySerializer::PropertySerialization> saved;
     EXPECT_TRUE(serializer.SaveAll(holder, saved));
     EXPECT_TRUE(saved.empty());
