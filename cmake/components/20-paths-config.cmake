@@ -20,3 +20,12 @@ tv_executable(tvdefaults
 tv_test(tv_config_tests
   SOURCES tests/TvBase/Util/ConfigFileTest.cpp
   DEPS tv_config)
+
+tv_test(tv_config_durability_tests
+  SOURCES tests/TvBase/Util/ConfigFileDurabilityTest.cpp
+  DEPS tv_config)
+
+tv_test(tv_config_thread_tests
+  SOURCES tests/TvBase/Util/ConfigFileThreadTest.cpp
+  DEPS tv_config
+  THREADS)
