@@ -429,7 +429,8 @@ bool File::Recycle(String const&)
     // The record is made first and exclusively: it reserves the name in the trash.
     for (unsigned int attempt = 1; attempt < 10000; ++attempt)
     {
-        String const trashName = attempt == 1 ? name : String("%1.%2").Arg(name).Arg(attempt);
+        // Joined, not filled in: a file name may hold "%" markers of its own.
+        String const trashName = attempt == 1 ? name : name + "." + String::Number(attempt);
         FilePath const record = info + (trashName + ".trashinfo");
         FilePath const target = files + trashName;
         if (::access(target.ToString().CStr(), F_OK) == 0)
@@ -442,9 +443,8 @@ bool File::Recycle(String const&)
                 continue;
             return false;
         }
-        String const content = String("[Trash Info]\nPath=%1\nDeletionDate=%2\n")
-                                   .Arg(escapeTrashPath(original))
-                                   .Arg(deletionDate());
+        String const content = String("[Trash Info]\nPath=") + escapeTrashPath(original) +
+                               "\nDeletionDate=" + deletionDate() + "\n";
         bool const written =
             ::write(fd, content.CStr(), content.Length()) == static_cast<ssize_t>(content.Length());
         bool const closed = ::close(fd) == 0;

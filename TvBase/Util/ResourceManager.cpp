@@ -9,12 +9,12 @@ namespace Util
 
 using Exception::FileIO;
 
-/// The override folder and every version of every file read from it. Versions are kept for the
-/// life of the manager because pointers to them may still be held.
+/// The override folder and every version of every file read from it, by modification time.
+/// Versions are kept for the life of the manager because pointers to them may still be held.
 struct ResourceManager::Override
 {
     checked_value<FolderPath> setting;
-    std::map<String, std::map<FileTime, std::vector<unsigned char>>> cache;
+    std::map<String, std::map<long long, std::vector<unsigned char>>> cache;
 };
 
 ResourceManager& ResourceManager::Get()
@@ -131,7 +131,7 @@ bool ResourceManager::getOverrideFile(String const& name, unsigned char const*& 
             return false;
         FileTime time;
         file.GetTime(&time);
-        auto const known = versions->second.find(time);
+        auto const known = versions->second.find(time.modified);
         if (known != versions->second.end())
         {
             out = known->second.data();
@@ -149,7 +149,7 @@ bool ResourceManager::getOverrideFile(String const& name, unsigned char const*& 
     FileTime time;
     file.GetTime(&time);
 
-    std::vector<unsigned char>& stored = override->cache[name][time];
+    std::vector<unsigned char>& stored = override->cache[name][time.modified];
     // A version already held under this time keeps its bytes: a pointer to them may be in use.
     if (stored.empty())
         stored.swap(bytes);

@@ -26,3 +26,21 @@ add_custom_command(
   COMMENT "Packing the updater's resources"
   VERBATIM)
 add_custom_target(updater_resources DEPENDS ${TV_UPDATER_RESOURCE_FILE})
+
+tv_test(tv_files_tests
+  SOURCES
+    tests/TvBase/Util/FileTest.cpp
+    tests/TvBase/Util/DirTest.cpp
+    tests/TvBase/Util/ByteStreamTest.cpp
+    tests/TvBase/Util/FileStreamTest.cpp
+    tests/TvBase/Util/ResourceManagerTest.cpp
+    tests/TvBase/Language/TranslatorTest.cpp
+    tests/tools/TvResembedTest.cpp
+  DEPS tv_files)
+add_dependencies(tv_files_tests tvresembed)
+
+tv_bench(tv_resource_bench SOURCES bench/ResourceBench.cpp DEPS tv_files)
+
+tv_fuzz(ResourceDirectoryFuzz SOURCES fuzz/ResourceDirectoryFuzz.cpp DEPS tv_files)
+tv_fuzz(ByteStreamFuzz SOURCES fuzz/ByteStreamFuzz.cpp DEPS tv_files)
+tv_fuzz(StringTableFuzz SOURCES fuzz/StringTableFuzz.cpp DEPS tv_files)

@@ -21,7 +21,7 @@ namespace
 
 char const* const usageText =
     "Usage:\n"
-    "  tvresembed pack FOLDER OUT     pack every file below FOLDER into OUT\n"
+    "  tvresembed pack FOLDER OUT     pack every file below FOLDER into OUT (folders made)\n"
     "  tvresembed list FILE           list the resources of FILE (name, tab, size)\n"
     "  tvresembed extract FILE NAME   write resource NAME of FILE to standard output\n"
     "  tvresembed --help              show this text\n"
@@ -95,7 +95,9 @@ int pack(String const& folderText, String const& outText)
             std::to_string(Util::ResourceManager::MaxFileSize) + " bytes a program loads");
 
     std::vector<unsigned char> const packed = Util::detail::BuildResourceFile(names, contents);
-    Util::File out{FilePath(outText)};
+    FilePath const outPath(outText);
+    Util::Dir(outPath.GetFolder()).Create(true);
+    Util::File out(outPath);
     out.Open(Util::File::ModeWrite);
     out.WriteBlock(reinterpret_cast<char const*>(packed.data()),
                    static_cast<unsigned int>(packed.size()));

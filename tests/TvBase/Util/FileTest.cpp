@@ -1,0 +1,361 @@
+#include "TvBase/Util/File.h"
+
+#include "tests/detail/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <sys/stat.h>
+
+using TestSupport::TempFolder;
+using Util::File;
+using Util::Exception::FileIO;
+
+namespace
+{
+
+std::string readAll(File& file)
+{
+    std::vector<unsigned char> const bytes = file.ReadRemaining();
+    return std::string(bytes.begin(), bytes.end());
+}
+
+void write(File& file, std::string const& text)
+{
+    file.WriteBlock(text.data(), static_cast<unsigned int>(text.size()));
+}
+
+/// Runs `action`, which must throw FileIO, and returns the exception.
+template <typename Action>
+FileIO thrownBy(Action action)
+{
+    try
+    {
+        action();
+    }
+    catch (FileIO const& e)
+    {
+        return e;
+    }
+    ADD_FAILURE() << "no FileIO thrown";
+    return FileIO("none", FilePath(), -1, 0);
+}
+
+} // namespace
+
+TEST(FileOpen, ReadModesKeepOrTruncate)
+{
+    TempFolder temp;
+    std::string const path = temp.Write("a.bin", "abc");
+    File file{FilePath(path.c_str())};
+
+    file.Open(File::ModeRead);
+    EXPECT_TRUE(file.IsOpen());
+    EXPECT_EQ(File::ModeRead, file.GetMode());
+    EXPECT_EQ("abc", readAll(file));
+    file.Close();
+
+    // Nothing asked for reads, as reading does.
+    file.Open(0);
+    EXPECT_EQ("abc", readAll(file));
+    file.Close();
+
+    // Read with truncate empties the file and opens it both ways.
+    file.Open(File::ModeRead | File::ModeTruncate);
+    EXPECT_EQ(0u, *file.Size());
+    write(file, "xy");
+    file.At(0);
+    EXPECT_EQ("xy", readAll(file));
+    file.Close();
+    EXPECT_EQ("xy", TempFolder::Read(path));
+}
+
+TEST(FileOpen, WriteModesTruncateAppendOrUpdate)
+{
+    TempFolder temp;
+    std::string const path = temp.Write("a.bin", "abcdef");
+    File file{FilePath(path.c_str())};
+
+    file.Open(File::ModeWrite);
+    write(file, "12");
+    file.Close();
+    EXPECT_EQ("12", TempFolder::Read(path));
+
+    file.Open(File::ModeAppend);
+    write(file, "34");
+    file.Close();
+    EXPECT_EQ("1234", TempFolder::Read(path));
+
+    // Read and write with the read bit: the file stays and writes start at the beginning.
+    file.Open(File::ModeRead | File::ModeWrite);
+    write(file, "ab");
+    file.Close();
+    EXPECT_EQ("ab34", TempFolder::Read(path));
+
+    // Read and write without the read bit truncates.
+    file.Open(File::ModeReadWrite);
+    EXPECT_EQ(0u, *file.Size());
+    file.Close();
+
+    temp.Write("a.bin", "base");
+    file.Open(File::ModeRead | File::ModeAppend);
+    write(file, "+");
+    file.At(0);
+    EXPECT_EQ("base+", readAll(file));
+    file.Close();
+}
+
+TEST(FileOpen, AppendCreatesMissingFile)
+{
+    TempFolder temp;
+    File file{FilePath((temp / "new.txt").c_str())};
+    EXPECT_FALSE(file.Exists());
+    file.Open(File::ModeAppend | File::ModeText);
+    write(file, "line\n");
+    file.Close();
+    EXPECT_EQ("line\n", TempFolder::Read(temp / "new.txt"));
+}
+
+TEST(FileOpen, CreateOnlyFailsOnExistingFile)
+{
+    TempFolder temp;
+    std::string const existing = temp.Write("there.txt", "keep");
+    File taken{FilePath(existing.c_str())};
+    FileIO const e = thrownBy([&] { taken.Open(File::ModeWrite | File::ModeCreateOnly); });
+    EXPECT_EQ("Error opening file", e.GetMessage());
+    EXPECT_EQ(FileIO::OpenError, e.GetCode());
+    EXPECT_EQ(EEXIST, e.GetErrorNumber());
+    EXPECT_FALSE(taken.IsOpen());
+    EXPECT_EQ("keep", TempFolder::Read(existing));
+
+    File fresh{FilePath((temp / "fresh.txt").c_str())};
+    fresh.Open(File::ModeWrite | File::ModeCreateOnly);
+    EXPECT_TRUE(fresh.IsOpen());
+    EXPECT_TRUE(fresh.Exists());
+}
+
+TEST(FileOpen, MissingFileForReadingThrowsWithErrno)
+{
+    TempFolder temp;
+    File file{FilePath((temp / "missing").c_str())};
+    FileIO const e = thrownBy([&] { file.Open(File::ModeRead); });
+    EXPECT_EQ("Error opening file", e.GetMessage());
+    EXPECT_EQ(1, e.GetCode());
+    EXPECT_EQ(ENOENT, e.GetErrorNumber());
+    EXPECT_EQ(FilePath((temp / "missing").c_str()), e.GetPath());
+    EXPECT_FALSE(file.Exists());
+}
+
+TEST(FileIOErrors, ClosedFileOperationsNameTheStep)
+{
+    File file{FilePath("/nonexistent-folder-of-tv-tests/x")};
+    char buffer[4];
+    EXPECT_EQ("Attempt to read 4 bytes when not open",
+              thrownBy([&] { file.ReadBlock(buffer, 4); }).GetMessage());
+    EXPECT_EQ(2, thrownBy([&] { file.ReadBlock(buffer, 4); }).GetCode());
+    EXPECT_EQ("Attempt to write 3 bytes when not open",
+              thrownBy([&] { file.WriteBlock("abc", 3); }).GetMessage());
+    EXPECT_EQ(3, thrownBy([&] { file.WriteBlock("abc", 3); }).GetCode());
+    EXPECT_EQ("Attempt to seek to 5 when not open", thrownBy([&] { file.At(5); }).GetMessage());
+    EXPECT_EQ("Could not get the number of bytes remaining",
+              thrownBy([&] { file.ReadRemaining(); }).GetMessage());
+    EXPECT_FALSE(file.Remaining());
+    EXPECT_FALSE(file.Size());
+    EXPECT_TRUE(file.AtEnd());
+    EXPECT_EQ(0u, file.At());
+    EXPECT_EQ("Error modifying file permissions",
+              thrownBy([&] { file.SetMode(0644); }).GetMessage());
+    Util::FileTime time;
+    EXPECT_EQ("Error getting file time", thrownBy([&] { file.GetTime(&time); }).GetMessage());
+    EXPECT_EQ("Error setting file time", thrownBy([&] { file.SetTime(time); }).GetMessage());
+}
+
+TEST(FileIOErrors, ShortReadReportsWhatWasRead)
+{
+    TempFolder temp;
+    File file{FilePath(temp.Write("short", "abc").c_str())};
+    file.Open(File::ModeRead);
+    char buffer[10];
+    FileIO const e = thrownBy([&] { file.ReadBlock(buffer, 10); });
+    EXPECT_EQ("Attempt to read 10 bytes, only read 3 bytes", e.GetMessage());
+    EXPECT_EQ(FileIO::ReadError, e.GetCode());
+    EXPECT_TRUE(file.AtEnd());
+}
+
+TEST(FileIOErrors, WriteToReadOnlyStreamReportsShortWrite)
+{
+    TempFolder temp;
+    File file{FilePath(temp.Write("ro", "abc").c_str())};
+    file.Open(File::ModeRead);
+    FileIO const e = thrownBy([&] { file.WriteBlock("xyz", 3); });
+    EXPECT_EQ("Attempt to write 3 bytes, only wrote 0 bytes", e.GetMessage());
+    EXPECT_EQ(FileIO::WriteError, e.GetCode());
+}
+
+TEST(FileSize, SizeRemainingAndPosition)
+{
+    TempFolder temp;
+    EXPECT_FALSE(File().Size());
+    File file{FilePath(temp.Write("ten", "0123456789").c_str())};
+    EXPECT_EQ(10u, *file.Size());
+    EXPECT_FALSE(file.Remaining());
+    file.Open(File::ModeRead);
+    file.At(4);
+    EXPECT_EQ(4u, file.At());
+    EXPECT_EQ(6u, *file.Remaining());
+    EXPECT_FALSE(file.AtEnd());
+    EXPECT_EQ("456789", readAll(file));
+    EXPECT_TRUE(file.AtEnd());
+    // Past the end the file has nothing left, never a wrapped count.
+    file.At(20);
+    EXPECT_EQ(0u, *file.Remaining());
+}
+
+TEST(FileRemove, MustSucceedDecidesWhetherFailureThrows)
+{
+    TempFolder temp;
+    File missing{FilePath((temp / "missing").c_str())};
+    EXPECT_NO_THROW(missing.Remove(false));
+    FileIO const e = thrownBy([&] { missing.Remove(true); });
+    EXPECT_EQ("Remove failed", e.GetMessage());
+    EXPECT_EQ(5, e.GetCode());
+    EXPECT_EQ(ENOENT, e.GetErrorNumber());
+
+    File open{FilePath(temp.Write("open", "x").c_str())};
+    open.Open(File::ModeRead);
+    open.Remove(true);
+    EXPECT_FALSE(open.IsOpen());
+    EXPECT_FALSE(open.Exists());
+}
+
+TEST(FileRename, ReplacesExistingTargetAndReportsFailure)
+{
+    TempFolder temp;
+    FilePath const from(temp.Write("from", "new").c_str());
+    FilePath const to(temp.Write("to", "old").c_str());
+    File::Rename(from, to);
+    EXPECT_FALSE(File(from).Exists());
+    EXPECT_EQ("new", TempFolder::Read(temp / "to"));
+
+    File::Rename(to, FilePath((temp / "moved").c_str()));
+    EXPECT_EQ("new", TempFolder::Read(temp / "moved"));
+
+    FileIO const e = thrownBy([&] { File::Rename(from, to); });
+    EXPECT_EQ("Rename failed", e.GetMessage());
+    EXPECT_EQ(6, e.GetCode());
+}
+
+TEST(FileCopy, CopiesDataModeAndTimes)
+{
+    TempFolder temp;
+    FilePath const from(temp.Write("from", std::string(200000, 'q')).c_str());
+    File source(from);
+    source.SetMode(0640);
+    Util::FileTime time;
+    time.accessed = 1500000000LL * 1000000000LL;
+    time.modified = 1600000000LL * 1000000000LL + 123456789;
+    source.SetTime(time);
+
+    FilePath const to((temp / "to").c_str());
+    File::Copy(from, to, File::CopyReplace);
+    EXPECT_EQ(std::string(200000, 'q'), TempFolder::Read(temp / "to"));
+    struct stat info;
+    ASSERT_EQ(0, ::stat((temp / "to").c_str(), &info));
+    EXPECT_EQ(0640u, info.st_mode & 07777);
+    Util::FileTime copied;
+    File(to).GetTime(&copied);
+    EXPECT_EQ(time.modified, copied.modified);
+
+    // Replacing is fine; the exclusive copy refuses an existing target.
+    temp.Write("from", "second");
+    File::Copy(from, to, File::CopyReplace);
+    EXPECT_EQ("second", TempFolder::Read(temp / "to"));
+    FileIO const e = thrownBy([&] { File::Copy(from, to, File::CopyExclusive); });
+    EXPECT_EQ("CopyFile failed", e.GetMessage());
+    EXPECT_EQ(6, e.GetCode());
+    EXPECT_EQ(EEXIST, e.GetErrorNumber());
+
+    // An unknown type does nothing at all.
+    FilePath const other((temp / "other").c_str());
+    File::Copy(from, other, static_cast<File::CopyType>(7));
+    EXPECT_FALSE(File(other).Exists());
+
+    EXPECT_EQ(
+        "CopyFile failed",
+        thrownBy([&]
+                 { File::Copy(FilePath((temp / "nothing").c_str()), other, File::CopyReplace); })
+            .GetMessage());
+}
+
+TEST(FileTimes, SetTimeRoundTripsNanoseconds)
+{
+    TempFolder temp;
+    File file{FilePath(temp.Write("t", "x").c_str())};
+    Util::FileTime time;
+    time.accessed = 1234567890LL * 1000000000LL + 5;
+    time.modified = 1234567899LL * 1000000000LL + 987654321;
+    file.SetTime(time);
+    Util::FileTime read;
+    file.GetTime(&read);
+    EXPECT_EQ(time, read);
+}
+
+TEST(FileRecycle, MovesFileIntoTrashWithRecord)
+{
+    TempFolder temp;
+    std::string const dataHome = temp / "data";
+    char const* previous = std::getenv("XDG_DATA_HOME");
+    std::string const saved = previous != nullptr ? previous : "";
+    ::setenv("XDG_DATA_HOME", dataHome.c_str(), 1);
+
+    std::string const original = temp.Write("docs/a b.txt", "first");
+    File file{FilePath(original.c_str())};
+    EXPECT_TRUE(file.Recycle(String()));
+    EXPECT_FALSE(file.Exists());
+    EXPECT_EQ("first", TempFolder::Read(dataHome + "/Trash/files/a b.txt"));
+    std::string const record = TempFolder::Read(dataHome + "/Trash/info/a b.txt.trashinfo");
+    EXPECT_EQ(0u, record.find("[Trash Info]\nPath="));
+    EXPECT_NE(std::string::npos, record.find("/docs/a%20b.txt\nDeletionDate=")) << record;
+
+    // A second file of the same name gets a name of its own in the trash.
+    temp.Write("docs/a b.txt", "second");
+    EXPECT_TRUE(file.Recycle(String()));
+    EXPECT_EQ("first", TempFolder::Read(dataHome + "/Trash/files/a b.txt"));
+    int seconds = 0;
+    for (auto const& entry : std::filesystem::directory_iterator(dataHome + "/Trash/files"))
+        seconds += TempFolder::Read(entry.path().string()) == "second" ? 1 : 0;
+    EXPECT_EQ(1, seconds);
+
+    // Nothing to recycle.
+    EXPECT_FALSE(file.Recycle(String()));
+
+    if (previous != nullptr)
+        ::setenv("XDG_DATA_HOME", saved.c_str(), 1);
+    else
+        ::unsetenv("XDG_DATA_HOME");
+}
+
+TEST(FileIOException, ReportsFolderOverPathAndDescribesCodes)
+{
+    FileIO const withPath("Remove failed", FilePath("/a/b.txt"), 5, 2, "x.cpp", 12);
+    EXPECT_EQ("Base:\n\tRemove failed\n\tx.cpp (12): Thrown, GetLastError(): 0\n"
+              "\nFileIO:\n/a/b.txt: Remove error",
+              withPath.ToString());
+    EXPECT_STREQ("FileIO", withPath.GetTypeName());
+
+    FileIO const withFolder("rmdir() failed", FilePath("/a/b.txt"), FolderPath("/c/d"), 4, 0);
+    String const text = withFolder.ToString();
+    EXPECT_TRUE(text.EndsWith("\nFileIO:\n/c/d/: Close error")) << text;
+
+    FileIO const unknown("odd", FilePath("/x"), 9, 0);
+    EXPECT_TRUE(unknown.ToString().EndsWith(" Unknown error"));
+    EXPECT_TRUE(unknown.ToString().EndsWith("/x:  Unknown error"));
+
+    char const* expected[] = {"File not found", "Open error",   "Read error",   "Write error",
+                              "Close error",    "Remove error", "Rename error", "Unexpected error"};
+    for (int code = 0; code < 8; ++code)
+        EXPECT_EQ(String(expected[code]), FileIO::DescribeCode(code));
+    EXPECT_EQ(" Unknown error", FileIO::DescribeCode(-1));
+}
