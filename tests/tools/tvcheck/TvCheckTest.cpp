@@ -1,0 +1,251 @@
+#include "tools/tvcheck/CheckReport.h"
+
+#include "TvBase/Util/ConfigFile.h"
+
+#include "tests/support/HttpFixture.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+using TestSupport::HttpFixture;
+using TestSupport::ReadFile;
+using TestSupport::TempFolder;
+
+// ---- the two report forms
+
+namespace
+{
+
+boost::shared_ptr<Updater::UpdateEntry> entry(char const* product, char const* installed,
+                                              char const* available, char const* link)
+{
+    boost::shared_ptr<Updater::UpdateEntry> e(new Updater::UpdateEntry());
+    e->productName = product;
+    e->installedVersion = installed;
+    e->availableVersion = available;
+    e->updateUrl = link;
+    return e;
+}
+
+} // namespace
+
+TEST(CheckReport, LinesKeepFourTabSeparatedFields)
+{
+    EXPECT_EQ("", Updater::FormatUpdatesAsLines({}));
+    EXPECT_EQ("Alpha Mixer\t3.0\t3.01\thttp://a/\n"
+              "Odd Tab Name\t1\t2\thttp://b/ x\n",
+              Updater::FormatUpdatesAsLines({entry("Alpha Mixer", "3.0", "3.01", "http://a/"),
+                                             entry("Odd\tTab\nName", "1", "2", "http://b/\tx")}));
+}
+
+TEST(CheckReport, JsonEscapesTextAndRepairsBadBytes)
+{
+    EXPECT_EQ("[]\n", Updater::FormatUpdatesAsJson({}));
+    EXPECT_EQ("[\n"
+              "  {\"product\": \"Alpha \\\"Pro\\\"\", \"installed\": \"3.0\", \"available\": "
+              "\"3.01\", \"link\": \"http://a/\\\\x\"},\n"
+              "  {\"product\": \"Caf\xC3\xA9\\u0001\", \"installed\": \"\\ufffd1\", "
+              "\"available\": \"2\\t\", \"link\": \"\"}\n"
+              "]\n",
+              Updater::FormatUpdatesAsJson(
+                  {entry("Alpha \"Pro\"", "3.0", "3.01", "http://a/\\x"), entry("Caf\xC3\xA9\x01",
+                                                                                "\xFF"
+                                                                                "1",
+                                                                                "2\t", "")}));
+}
+
+// ---- the program, end to end
+
+namespace
+{
+
+struct RunResult
+{
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+class TvCheckTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.IsRunning()) << "fixture server did not start";
+        setenv("XDG_CONFIG_HOME", settingsFolder.Path().c_str(), 1);
+        settings.reset(new Util::ConfigFile("com.tavorin.updater"));
+        updateHost = "127.0.0.1:" + std::to_string(server.GetPort());
+    }
+    void TearDown() override { unsetenv("XDG_CONFIG_HOME"); }
+
+    void Install(char const* product, char const* version)
+    {
+        settings->SetString(String("InstalledProducts/%1/CurrentVersion").Arg(product), version);
+        settings->Synchronize();
+    }
+
+    /// Runs tvcheck with these settings and update host; its output goes through files.
+    RunResult Run(std::vector<std::string> arguments)
+    {
+        std::string const program = std::string(TV_BINARY_DIR) + "/bin/tvcheck";
+        std::vector<std::string> environment = {"XDG_CONFIG_HOME=" + settingsFolder.Path(),
+                                                "TV_UPDATE_HOST=" + updateHost};
+        for (char** e = environ; *e; ++e)
+            if (std::strncmp(*e, "XDG_CONFIG_HOME=", 16) != 0 &&
+                std::strncmp(*e, "TV_UPDATE_HOST=", 15) != 0)
+                environment.push_back(*e);
+        std::vector<char*> envp;
+        for (std::string& e : environment)
+            envp.push_back(e.data());
+        envp.push_back(nullptr);
+        arguments.insert(arguments.begin(), program);
+        std::vector<char*> argv;
+        for (std::string& a : arguments)
+            argv.push_back(a.data());
+        argv.push_back(nullptr);
+
+        std::string const outFile = output.Path() + "/out";
+        std::string const errFile = output.Path() + "/err";
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, 1, outFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                         0600);
+        posix_spawn_file_actions_addopen(&actions, 2, errFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                         0600);
+        RunResult result;
+        pid_t child = -1;
+        if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), envp.data()) == 0)
+        {
+            int status = 0;
+            waitpid(child, &status, 0);
+            result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        }
+        posix_spawn_file_actions_destroy(&actions);
+        result.out = ReadFile(outFile);
+        result.err = ReadFile(errFile);
+        return result;
+    }
+
+    TempFolder settingsFolder{"tv-tvcheck-settings"};
+    TempFolder output{"tv-tvcheck-output"};
+    TempFolder served{"tv-tvcheck-served"};
+    HttpFixture server{served.Path()};
+    std::unique_ptr<Util::ConfigFile> settings;
+    std::string updateHost;
+};
+
+} // namespace
+
+TEST_F(TvCheckTest, ListsOfferedUpdatesFromTheUpdateHost)
+{
+    Install("Alpha Mixer", "3.0");
+    Install("Beta Synth", "1.5");
+    RunResult run = Run({});
+    EXPECT_EQ(10, run.status) << run.err;
+    EXPECT_EQ("Alpha Mixer\t3.0\t3.01\thttp://example.invalid/alpha\n"
+              "Beta Synth\t1.5\t2.0\thttp://example.invalid/beta\n",
+              run.out);
+    EXPECT_EQ("", run.err);
+    EXPECT_TRUE(server.WaitForRequest("/products/versions/versions.txt"));
+
+    run = Run({"--json"});
+    EXPECT_EQ(10, run.status);
+    EXPECT_EQ("[\n"
+              "  {\"product\": \"Alpha Mixer\", \"installed\": \"3.0\", \"available\": \"3.01\", "
+              "\"link\": \"http://example.invalid/alpha\"},\n"
+              "  {\"product\": \"Beta Synth\", \"installed\": \"1.5\", \"available\": \"2.0\", "
+              "\"link\": \"http://example.invalid/beta\"}\n"
+              "]\n",
+              run.out);
+}
+
+TEST_F(TvCheckTest, NothingNewerExitsZero)
+{
+    Install("Alpha Mixer", "4.0");
+    RunResult run = Run({});
+    EXPECT_EQ(0, run.status) << run.err;
+    EXPECT_EQ("", run.out);
+    run = Run({"--json"});
+    EXPECT_EQ(0, run.status);
+    EXPECT_EQ("[]\n", run.out);
+}
+
+TEST_F(TvCheckTest, UrlOptionReplacesTheWholeUrl)
+{
+    Install("Alpha Mixer", "1.0");
+    served.Write("other.txt", "Alpha Mixer|9.5|http://other/\n");
+    updateHost = "127.0.0.1:1"; // never reached
+    RunResult run = Run({"--url", server.Url("/root/other.txt")});
+    EXPECT_EQ(10, run.status) << run.err;
+    EXPECT_EQ("Alpha Mixer\t1.0\t9.5\thttp://other/\n", run.out);
+    run = Run({"--url=" + server.Url("/root/other.txt"), "--json"});
+    EXPECT_EQ(10, run.status) << run.err;
+}
+
+TEST_F(TvCheckTest, FailedChecksExitOneWithTheReason)
+{
+    Install("Alpha Mixer", "1.0");
+    RunResult run = Run({"--url", server.Url("/empty")});
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("", run.out);
+    EXPECT_EQ("tvcheck: Update file empty.\n", run.err);
+
+    run = Run({"--url", "ftp://127.0.0.1/versions.txt"});
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("tvcheck: Connection Error: CFReadStreamOpen failed.\n", run.err);
+
+    run = Run({"--url", server.Url("/stall"), "--timeout", "1"});
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("tvcheck: Update file empty.\n", run.err) << "a time-out reads as an empty file";
+
+    updateHost = "gopher://nowhere";
+    run = Run({});
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("tvcheck: TV_UPDATE_HOST is not a usable host: gopher://nowhere\n", run.err);
+}
+
+TEST_F(TvCheckTest, RecordsOnlyWhenAsked)
+{
+    Install("Alpha Mixer", "1.0");
+    std::string const before = settingsFolder.Snapshot();
+    EXPECT_EQ(1, Run({"--url", server.Url("/empty")}).status);
+    EXPECT_EQ(10, Run({}).status);
+    EXPECT_EQ(before, settingsFolder.Snapshot()) << "a check without --record wrote settings";
+
+    EXPECT_EQ(1, Run({"--record", "--url", server.Url("/empty")}).status);
+    settings->Synchronize();
+    EXPECT_EQ(String("Update file empty."), settings->GetString("LastResult", "(unset)"));
+    unsigned int const firstTime = settings->GetUInt("LastUpdateCheckTime", 0);
+    EXPECT_NE(0u, firstTime);
+
+    EXPECT_EQ(10, Run({"--record"}).status);
+    settings->Synchronize();
+    EXPECT_EQ(String(""), settings->GetString("LastResult", "(unset)"));
+    EXPECT_GE(settings->GetUInt("LastUpdateCheckTime", 0), firstTime);
+}
+
+TEST_F(TvCheckTest, CommandLineMistakesExitTwo)
+{
+    for (std::vector<std::string> const& arguments : std::vector<std::vector<std::string>>{
+             {"--bogus"}, {"--url"}, {"--timeout", "0"}, {"--timeout", "ten"}, {"extra"}})
+    {
+        RunResult run = Run(arguments);
+        EXPECT_EQ(2, run.status) << arguments[0];
+        EXPECT_NE(std::string::npos, run.err.find("Usage: tvcheck")) << arguments[0];
+        EXPECT_EQ("", run.out);
+    }
+    RunResult help = Run({"--help"});
+    EXPECT_EQ(0, help.status);
+    EXPECT_NE(std::string::npos, help.out.find("Exit status: 0 no updates, 10 updates"));
+    EXPECT_NE(std::string::npos, help.out.find("--record"));
+}

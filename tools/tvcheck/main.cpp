@@ -1,0 +1,153 @@
+// tvcheck: one update check without a window, for administrators and scripts.
+
+#include "tools/tvcheck/CheckReport.h"
+
+#include "Updater/app/UpdateHost.h"
+#include "Updater/app/UpdaterThread.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+namespace
+{
+
+enum ExitStatus
+{
+    exitNoUpdates = 0,
+    exitCheckFailed = 1,
+    exitUsage = 2,
+    exitUpdatesAvailable = 10
+};
+
+char const usageText[] =
+    "Usage: tvcheck [--json] [--record] [--url URL] [--timeout SECONDS]\n"
+    "\n"
+    "Checks once, without a window, which installed Tavorin products have a newer version,\n"
+    "exactly as the updater application does: it downloads the versions file and compares it\n"
+    "with the installed versions under \"InstalledProducts/<product>/CurrentVersion\" in the\n"
+    "settings domain com.tavorin.updater.\n"
+    "\n"
+    "Options:\n"
+    "  --json            print a JSON array of {\"product\", \"installed\", \"available\",\n"
+    "                    \"link\"} objects instead of lines\n"
+    "  --record          store LastUpdateCheckTime and LastResult in the settings, as the\n"
+    "                    application does; without it nothing is written\n"
+    "  --url URL         fetch the versions file from URL instead of the update host\n"
+    "  --timeout SECONDS give up on the download after SECONDS (default 60); a time-out\n"
+    "                    reads as an empty versions file\n"
+    "  --help            show this text\n"
+    "\n"
+    "Output: one line per offered update, \"product<TAB>installed<TAB>available<TAB>link\".\n"
+    "The update host is TV_UPDATE_HOST from the environment (host, optional :port, optional\n"
+    "https:// in front) or else the one this build was configured with.\n"
+    "\n"
+    "Exit status: 0 no updates, 10 updates available, 1 the check failed (the reason on\n"
+    "standard error), 2 bad command line.\n";
+
+int usageError(char const* problem, char const* argument)
+{
+    std::fprintf(stderr, "tvcheck: %s%s\n\n%s", problem, argument, usageText);
+    return exitUsage;
+}
+
+struct Options
+{
+    bool json = false;
+    bool record = false;
+    std::string url;
+    bool haveUrl = false;
+    int timeoutMillis = 60000;
+    bool help = false;
+};
+
+/// The value of an option written as "--name VALUE" or "--name=VALUE"; null when absent.
+char const* optionValue(int argc, char** argv, int& i, char const* name)
+{
+    std::size_t const length = std::strlen(name);
+    if (std::strncmp(argv[i], name, length) != 0)
+        return nullptr;
+    if (argv[i][length] == '=')
+        return argv[i] + length + 1;
+    if (argv[i][length] != '\0')
+        return nullptr;
+    if (i + 1 >= argc)
+        return "";
+    return argv[++i];
+}
+
+bool parseTimeout(char const* text, int& millis)
+{
+    char* end = nullptr;
+    long seconds = std::strtol(text, &end, 10);
+    if (!*text || *end || seconds < 1 || seconds > 86400)
+        return false;
+    millis = static_cast<int>(seconds * 1000);
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Options options;
+    for (int i = 1; i < argc; ++i)
+    {
+        char const* value = nullptr;
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0)
+            options.help = true;
+        else if (std::strcmp(argv[i], "--json") == 0)
+            options.json = true;
+        else if (std::strcmp(argv[i], "--record") == 0)
+            options.record = true;
+        else if ((value = optionValue(argc, argv, i, "--url")))
+        {
+            if (!*value)
+                return usageError("--url needs a URL", "");
+            options.url = value;
+            options.haveUrl = true;
+        }
+        else if ((value = optionValue(argc, argv, i, "--timeout")))
+        {
+            if (!parseTimeout(value, options.timeoutMillis))
+                return usageError("--timeout needs whole seconds from 1 to 86400, not: ", value);
+        }
+        else
+            return usageError("unknown argument: ", argv[i]);
+    }
+    if (options.help)
+    {
+        std::fputs(usageText, stdout);
+        return exitNoUpdates;
+    }
+
+    String url = options.haveUrl ? String(options.url.c_str()) : Updater::GetVersionsURL();
+    if (url.IsNull())
+    {
+        std::fprintf(stderr, "tvcheck: TV_UPDATE_HOST is not a usable host: %s\n",
+                     Updater::GetUpdateHostSetting().CStr());
+        return exitCheckFailed;
+    }
+
+    std::vector<boost::shared_ptr<Updater::UpdateEntry>> updates;
+    bool succeeded = false;
+    String status;
+    {
+        Updater::UpdaterThread worker("Updater Thread", url.CStr(), !options.record,
+                                      Util::Thread::PriorityLow, false);
+        worker.SetRequestTimeout(options.timeoutMillis);
+        worker.StartThread();
+        worker.WaitThread();
+        succeeded = worker.GetUpdateData(updates);
+        status = worker.GetLastResult();
+    }
+    if (!succeeded)
+    {
+        std::fprintf(stderr, "tvcheck: %s\n", status.CStr());
+        return exitCheckFailed;
+    }
+    std::string const report = options.json ? Updater::FormatUpdatesAsJson(updates)
+                                            : Updater::FormatUpdatesAsLines(updates);
+    std::fputs(report.c_str(), stdout);
+    return updates.empty() ? exitNoUpdates : exitUpdatesAvailable;
+}
