@@ -25,3 +25,8 @@ tv_fuzz(VersionsFuzz
 
 # The command-line test runs the program itself.
 add_dependencies(tv_updater_tests tavorin-updater)
+
+# The decision against the real settings store.
+tv_test(tv_updater_config_tests
+  SOURCES tests/Updater/app/VersionsConfigTest.cpp
+  DEPS tv_updater tv_config)
