@@ -29,3 +29,9 @@ tv_test(tv_config_thread_tests
   SOURCES tests/TvBase/Util/ConfigFileThreadTest.cpp
   DEPS tv_config
   THREADS)
+
+tv_test(tv_paths_tests
+  SOURCES
+    tests/TvBase/Util/FilePathTest.cpp
+    tests/TvBase/Util/SystemFoldersTest.cpp
+  DEPS tv_paths)

@@ -106,11 +106,14 @@ String Canonicalize(String const& text)
         start = slash + 1;
     }
 
-    // ".." takes its predecessor with it; one at the very front has none and stays.
+    // ".." takes its predecessor with it; one at the very front has none and stays. Above the
+    // root there is nothing to take: the ".." goes alone and the path stays absolute.
     std::size_t i = 0;
     while (i < parts.size())
     {
-        if (i > 0 && parts[i] == "..")
+        if (i == 1 && parts[0].empty() && parts[1] == "..")
+            parts.erase(parts.begin() + 1);
+        else if (i > 0 && parts[i] == "..")
         {
             parts.erase(parts.begin() + static_cast<std::ptrdiff_t>(i - 1),
                         parts.begin() + static_cast<std::ptrdiff_t>(i + 1));
