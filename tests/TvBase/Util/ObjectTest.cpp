@@ -165,11 +165,3 @@ TEST(ObjectLifetime, SlotsTargetingAnObjectDieWithIt)
     EXPECT_EQ(log, (Log{"ping owner", "ping child", "function", "~owner", "~child"}));
     EXPECT_TRUE(signal.IsEmpty());
 }
-
-TEST(ObjectLifetime, NameIsKept)
-{
-    Object named("Main Window");
-    EXPECT_EQ(named.GetName(), "Main Window");
-    Object unnamed;
-    EXPECT_TRUE(unnamed.GetName().IsNull());
-}

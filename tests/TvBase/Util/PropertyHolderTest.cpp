@@ -166,28 +166,3 @@ TEST(PropertySerialized, WrongTypeOrUnknownNameIsRefused)
     EXPECT_TRUE(holder.SetSerializedValue("Text", "b"));
     EXPECT_EQ(holder.GetProperty<String>("Text").GetOr(""), "b");
 }
-
-TEST(PropertySerialized, SaveMarkIsSetByName)
-{
-    Util::PropertyHolder holder;
-    holder.CreateProperty("Rect", UI::Rect());
-    EXPECT_TRUE(holder.SetPropertySerialize("Rect", true));
-    EXPECT_TRUE(holder.FindProperty("Rect")->serialize);
-    EXPECT_TRUE(holder.SetPropertySerialize("Rect", false));
-    EXPECT_FALSE(holder.FindProperty("Rect")->serialize);
-    EXPECT_FALSE(holder.SetPropertySerialize("Other", true));
-}
-
-TEST(PropertySet, PropertiesAreKeptInNameOrder)
-{
-    Util::PropertyHolder holder;
-    holder.CreateProperty("b", 1);
-    holder.CreateProperty("C", 1);
-    holder.CreateProperty("a", 1);
-    std::vector<String> names;
-    for (auto const& p : holder.GetProperties())
-        names.push_back(p.first);
-    ASSERT_EQ(names.size(), 3u);
-    EXPECT_TRUE(names[0] < names[1]);
-    EXPECT_TRUE(names[1] < names[2]);
-}

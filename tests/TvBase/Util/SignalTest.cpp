@@ -53,13 +53,6 @@ public:
     std::string tag;
 };
 
-/// A plain class that is not `Trackable`: its slots must be disconnected by hand.
-struct PlainListener
-{
-    int calls = 0;
-    void slot0() { ++calls; }
-};
-
 } // namespace
 
 TEST(SignalOrder, SlotsRunInConnectionOrder)
@@ -79,16 +72,6 @@ TEST(SignalOrder, SlotsRunInConnectionOrder)
     log.clear();
     signal(1);
     EXPECT_EQ(log, (Log{"A:1", "B:1", "C:1", "F:1", "B"}));
-}
-
-TEST(SignalOrder, EmptySignalEmitsNothing)
-{
-    Signal<> none;
-    EXPECT_TRUE(none.IsEmpty());
-    none();
-    Signal<void> alsoNone;
-    alsoNone();
-    EXPECT_EQ(alsoNone.GetSlotCount(), 0u);
 }
 
 TEST(SignalConnectForms, MemberWithTheSignalsArgumentsAtEveryArity)
@@ -409,19 +392,6 @@ TEST(SignalLifetime, SlotThatDestroysALaterTargetPreventsItsCall)
     EXPECT_EQ(log, (Log{"killer", "killer"}));
 }
 
-TEST(SignalLifetime, PlainTargetIsDisconnectedByHand)
-{
-    Signal<> signal;
-    auto plain = std::make_unique<PlainListener>();
-    Connection c = signal.Connect(&PlainListener::slot0, plain.get());
-    signal();
-    EXPECT_EQ(plain->calls, 1);
-    c.Disconnect();
-    plain.reset();
-    signal(); // nothing left to call
-    EXPECT_TRUE(signal.IsEmpty());
-}
-
 TEST(SignalLifetime, ChainedSignalThatDiesBreaksTheChain)
 {
     Log log;
@@ -438,17 +408,4 @@ TEST(SignalLifetime, ChainedSignalThatDiesBreaksTheChain)
     withValue.reset();
     outer();
     EXPECT_EQ(log, (Log{"L", "L:4"}));
-}
-
-TEST(SignalLifetime, DisconnectAllEmptiesTheSignal)
-{
-    Log log;
-    Listener l(log, "L");
-    Signal<> signal;
-    signal.Connect(&Listener::slot0, &l);
-    signal.Connect(&l, [&] { log.push_back("f"); });
-    signal.DisconnectAll();
-    signal();
-    EXPECT_TRUE(log.empty());
-    EXPECT_TRUE(signal.IsEmpty());
 }
