@@ -17,3 +17,16 @@ tv_library(tv_pixels
 # fused multiply-adds stays off everywhere so that the float weights round exactly as written.
 set_source_files_properties(Canvas/UI/detail/BlitRowsAvx2.cpp PROPERTIES COMPILE_OPTIONS -mavx2)
 target_compile_options(tv_pixels PRIVATE -ffp-contract=off)
+
+tv_test(tv_pixels_tests
+  SOURCES
+    tests/Canvas/UI/Native/DIBSectionTest.cpp
+    tests/Canvas/UI/DIBitsTest.cpp
+    tests/Canvas/UI/BitBltTest.cpp
+    tests/Canvas/UI/BitBltClipTest.cpp
+    tests/Canvas/UI/BlitSimdTest.cpp
+    tests/Canvas/UI/ScaleBltTest.cpp
+    tests/Canvas/UI/BoxDrawingTest.cpp
+    tests/Canvas/UI/LineInfoTest.cpp
+    tests/Canvas/UI/MemoryDrawContextTest.cpp
+  DEPS tv_pixels)
