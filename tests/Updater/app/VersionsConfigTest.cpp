@@ -12,7 +12,7 @@ namespace
 {
 
 /// Points the settings store at a fresh temp folder for one test and removes it afterwards.
-class TempSettingsHome : public ::testing::Test
+class VersionsRealSettings : public ::testing::Test
 {
 protected:
     void SetUp() override
@@ -50,7 +50,7 @@ private:
 
 } // namespace
 
-TEST_F(TempSettingsHome, DecidesAgainstTheRealSettingsStore)
+TEST_F(VersionsRealSettings, DecidesAgainstTheRealSettingsStore)
 {
     String const domain("com.tavorin.updaterdecisiontest");
     {
