@@ -1,0 +1,36 @@
+# Fonts and text measuring: FreeType faces found through fontconfig, the width cache and the
+# rendered-string cache.
+tv_library(tv_fonts
+  SOURCES
+    TvBase/Util/CRC16.cpp
+    Canvas/UI/FontInfo.cpp
+    Canvas/UI/Font.cpp
+    Canvas/UI/FreeTypeFont.cpp
+    Canvas/UI/FontCache.cpp
+    Canvas/UI/StringWidthCache.cpp
+    Canvas/UI/Ellipsize.cpp
+    Canvas/UI/detail/FTLibraryWrapper.cpp
+  DEPS tv_pixels tv_files tv_paths tv_config tv_threads tv_core
+       PkgConfig::FREETYPE PkgConfig::FONTCONFIG)
+
+tv_test(FontTest
+  SOURCES
+    tests/TvBase/Util/CRC16Test.cpp
+    tests/Canvas/UI/FontInfoTest.cpp
+    tests/Canvas/UI/FreeTypeFontTest.cpp
+    tests/Canvas/UI/FontRenderTest.cpp
+    tests/Canvas/UI/FontCacheTest.cpp
+    tests/Canvas/UI/StringWidthCacheTest.cpp
+    tests/Canvas/UI/EllipsizeTest.cpp
+    tests/Canvas/UI/support/FontTestSupport.cpp
+  DEPS tv_fonts)
+
+tv_test(FontThreadTest THREADS
+  SOURCES
+    tests/Canvas/UI/FontThreadTest.cpp
+    tests/Canvas/UI/support/FontTestSupport.cpp
+  DEPS tv_fonts)
+
+tv_bench(FontBench
+  SOURCES bench/FontBench.cpp tests/Canvas/UI/support/FontTestSupport.cpp
+  DEPS tv_fonts)

@@ -1,0 +1,66 @@
+#include "Canvas/UI/Font.h"
+#include "Canvas/UI/FreeTypeFont.h"
+#include "tests/Canvas/UI/support/FontTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+using namespace FontTest;
+
+// Workers may measure while the UI thread draws: all of it goes through the FreeType lock.
+TEST(FontThreads, MeasuringAndDrawingFromSeveralThreadsAgree)
+{
+    char const* const texts[] = {"Checking for updates", "AVATAR", "0123456789", "Wolf",
+                                 "\xC3\x84rger",         "k:+-"};
+    UI::FreeTypeFont shared(nullptr, FileInfo(LiberationSans, 13.0f, 2, 1));
+    std::vector<unsigned int> expectedWidths;
+    for (char const* text : texts)
+        expectedWidths.push_back(shared.GetStringWidth(text));
+    Picture expected(120, 24, 0xFFFFFFFF);
+    {
+        UI::FreeTypeFont font(nullptr, FileInfo(LiberationSerif, 15.0f, 1, 1));
+        std::vector<UI::GlyphInfo> glyphs;
+        font.renderTextToBits(UI::Point(2, 2), "Drawn", 0xFF000000, 255, expected.Bounds(),
+                              expected.Bits(), expected.width, expected.Size(), UI::HAlignLeft,
+                              UI::VAlignTop, UI::Rect(), glyphs);
+    }
+
+    std::atomic<int> failures(0);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back(
+            [&, t]
+            {
+                UI::FreeTypeFont own(nullptr, FileInfo(LiberationSerif, 15.0f, 1, 1));
+                for (int round = 0; round < 40; ++round)
+                {
+                    for (size_t i = 0; i < expectedWidths.size(); ++i)
+                        if (shared.GetStringWidth(texts[i]) != expectedWidths[i])
+                            ++failures;
+                    Picture picture(120, 24, 0xFFFFFFFF);
+                    std::vector<UI::GlyphInfo> glyphs;
+                    UI::FreeTypeFont& target = t % 2 ? own : shared;
+                    if (&target == &own)
+                    {
+                        own.renderTextToBits(UI::Point(2, 2), "Drawn", 0xFF000000, 255,
+                                             picture.Bounds(), picture.Bits(), picture.width,
+                                             picture.Size(), UI::HAlignLeft, UI::VAlignTop,
+                                             UI::Rect(), glyphs);
+                        if (picture.pixels != expected.pixels)
+                            ++failures;
+                    }
+                    else
+                    {
+                        shared.renderTextToBits(UI::Point(2, 2), texts[round % 6], 0xFF000000, 255,
+                                                picture.Bounds(), picture.Bits(), picture.width,
+                                                picture.Size(), UI::HAlignLeft, UI::VAlignTop,
+                                                UI::Rect(), glyphs);
+                    }
+                }
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(0, failures.load());
+}

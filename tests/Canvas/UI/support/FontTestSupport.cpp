@@ -1,0 +1,151 @@
+#include "tests/Canvas/UI/support/FontTestSupport.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include <ftw.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+namespace FontTest
+{
+
+char const* const LiberationSans =
+    "/usr/share/fonts/truetype/liberation2/LiberationSans-Regular.ttf";
+char const* const LiberationSansBold =
+    "/usr/share/fonts/truetype/liberation2/LiberationSans-Bold.ttf";
+char const* const LiberationSerif =
+    "/usr/share/fonts/truetype/liberation2/LiberationSerif-Regular.ttf";
+char const* const DejaVuSans = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+
+UI::FontInfo Info(char const* face, float size, int antiAliasMode, int sharpen)
+{
+    UI::FontInfo info(face, size);
+    info.antiAliasMode = antiAliasMode;
+    info.sharpen = sharpen;
+    return info;
+}
+
+UI::FontInfo FileInfo(char const* file, float size, int antiAliasMode, int sharpen)
+{
+    UI::FontInfo info = Info("", size, antiAliasMode, sharpen);
+    info.fontFile = FilePath(file);
+    return info;
+}
+
+UI::Font* Context::GetExtraFont(checked_value<unsigned int> const& index)
+{
+    ++extraFontRequests;
+    if (extraFonts.empty())
+        return nullptr;
+    unsigned int const slot = index.GetOr(0) < extraFonts.size() ? index.GetOr(0) : 0;
+    return extraFonts[slot].get();
+}
+
+String Context::ApplyFontStringMappingFunction(String text) const
+{
+    return upperCaseMapping ? text.ToUpper() : text;
+}
+
+UI::FontCache* Context::GetFontCacheForDrawing(unsigned long& windowId)
+{
+    if (drawingWindow == 0 || !fontCache.IsCacheEnabled(drawingWindow))
+        return nullptr;
+    windowId = drawingWindow;
+    return &fontCache;
+}
+
+TempFolder::TempFolder()
+{
+    char const* base = std::getenv("TMPDIR");
+    std::string pattern = std::string(base && *base ? base : "/tmp") + "/tv-fonts-XXXXXX";
+    std::vector<char> buffer(pattern.begin(), pattern.end());
+    buffer.push_back(0);
+    if (mkdtemp(buffer.data()))
+        path = buffer.data();
+}
+
+TempFolder::~TempFolder()
+{
+    if (path.empty())
+        return;
+    nftw(
+        path.c_str(),
+        [](char const* file, struct stat const*, int, struct FTW*) { return std::remove(file); },
+        16, FTW_DEPTH | FTW_PHYS);
+}
+
+Picture::Picture(int w, int h, unsigned int fill)
+    : width(w), height(h), pixels(static_cast<size_t>(w) * h, fill)
+{
+}
+
+UI::DIBits Picture::AsBits()
+{
+    boost::shared_array<unsigned int> borrowed(pixels.data(), [](unsigned int*) {});
+    return UI::DIBits(borrowed, width, width, height, false);
+}
+
+bool WritePPM(std::string const& path, Picture const& picture)
+{
+    std::ofstream out(path, std::ios::binary);
+    out << "P6\n" << picture.width << " " << picture.height << "\n255\n";
+    for (unsigned int p : picture.pixels)
+    {
+        char const rgb[3] = {char((p >> 16) & 0xFF), char((p >> 8) & 0xFF), char(p & 0xFF)};
+        out.write(rgb, 3);
+    }
+    return bool(out);
+}
+
+bool ReadPPM(std::string const& path, Picture& picture)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::string magic;
+    int w = 0, h = 0, maximum = 0;
+    if (!(in >> magic >> w >> h >> maximum) || magic != "P6" || maximum != 255 || w <= 0 ||
+        h <= 0 || w > 10000 || h > 10000)
+        return false;
+    in.get();
+    picture = Picture(w, h, 0);
+    for (unsigned int& p : picture.pixels)
+    {
+        unsigned char rgb[3];
+        if (!in.read(reinterpret_cast<char*>(rgb), 3))
+            return false;
+        p = 0xFF000000u | (rgb[0] << 16) | (rgb[1] << 8) | rgb[2];
+    }
+    return true;
+}
+
+std::string ReferenceFolder()
+{
+    return std::string(TV_SOURCE_DIR) + "/tests/data/fonts";
+}
+
+bool WritingReferences()
+{
+    char const* value = std::getenv("TV_WRITE_FONT_REFERENCES");
+    return value && std::string(value) == "1";
+}
+
+void IsolateSettings()
+{
+    static TempFolder settings;
+    setenv("XDG_CONFIG_HOME", settings.Path().c_str(), 1);
+}
+
+namespace
+{
+
+// Before any test or benchmark runs.
+struct SettingsIsolation
+{
+    SettingsIsolation() { IsolateSettings(); }
+} const isolation;
+
+} // namespace
+
+} // namespace FontTest
