@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         unsigned long long const before = stream.GetPosition();
         try
         {
-            switch ((data[0] >> 1) % 4)
+            switch ((data[0] >> 1) % 5)
             {
             case 0:
             case 1:
@@ -37,8 +37,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
                 stream >> bytes;
                 break;
             }
-            default:
+            case 3:
                 stream.ReadPrimitive(0LL);
+                break;
+            default:
                 stream.ReadPrimitive(0L);
                 break;
             }

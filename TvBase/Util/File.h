@@ -37,7 +37,7 @@ public:
     };
 
     /// How `Copy` treats the target.
-    enum CopyType
+    enum CopyType : int
     {
         /// Data, permissions and times; an existing target is replaced.
         CopyReplace = 0,
