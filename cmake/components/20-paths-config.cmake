@@ -50,3 +50,7 @@ tv_test(tv_tvdefaults_updater_tests
 target_compile_definitions(tv_tvdefaults_updater_tests
   PRIVATE TVDEFAULTS_PATH="$<TARGET_FILE:tvdefaults>")
 add_dependencies(tv_tvdefaults_updater_tests tvdefaults)
+
+tv_bench(tv_config_bench
+  SOURCES bench/ConfigFileBench.cpp
+  DEPS tv_config)

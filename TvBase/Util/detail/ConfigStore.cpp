@@ -448,7 +448,8 @@ ConfigStore::ReadResult ConfigStore::readFile(Scope const& scope, std::shared_pt
 bool ConfigStore::writeFile(Scope const& scope, std::string const& xml)
 {
     // A fixed temporary name is safe under the file lock, and a crash leaves at most one
-    // stale temporary, which the next write truncates.
+    // stale temporary, which the next write truncates. The data is on disk before the rename,
+    // so whenever the machine stops, the file is either the old one or the new one whole.
     std::string temp = scope.file + ".tmp";
     int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (fd < 0)
@@ -459,13 +460,6 @@ bool ConfigStore::writeFile(Scope const& scope, std::string const& xml)
     {
         ::unlink(temp.c_str());
         return false;
-    }
-    // The rename itself must be durable before the write counts as done.
-    int folder = ::open(folderOf(scope.file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder >= 0)
-    {
-        ::fsync(folder);
-        ::close(folder);
     }
     return true;
 }
