@@ -546,27 +546,31 @@ bool Frame::handleMouseMessage(MouseMessage message, Point const& point, unsigne
 bool Frame::findDeliverMouseMessage(MouseMessage message, Point const& p, unsigned int flags,
                                     int delta, Window*& hit, bool queryOnly)
 {
-    // A cursor refresh is delivered to nobody; the search only finds whose cursor shows.
-    if (message == MouseCursorUpdate)
-    {
-        if (!queryOnly)
-            findDeliverMouseMessage(message, p, flags, delta, hit, true);
-        return false;
-    }
+    // A cursor refresh is delivered to nobody and answers false; the search only finds whose
+    // cursor shows.
+    bool refresh = message == MouseCursorUpdate;
+    if (refresh)
+        queryOnly = true;
+    bool found = false;
     if (activeDialog && activeDialog->IsVisible() && activeDialog->IsModal())
-        return Window::findDeliverMouseMessageHelper(activeDialog, message, p, flags, delta, hit,
-                                                     queryOnly);
-    for (std::size_t i = topLevelWindows.size(); i-- > 0;)
     {
-        // A handler may have changed the list.
-        if (i >= topLevelWindows.size())
-            continue;
-        Window* w = topLevelWindows[i];
-        if (w && w->IsVisible() && w->IsEnabled() &&
-            Window::findDeliverMouseMessageHelper(w, message, p, flags, delta, hit, queryOnly))
-            return true;
+        found = Window::findDeliverMouseMessageHelper(activeDialog, message, p, flags, delta, hit,
+                                                      queryOnly);
     }
-    return false;
+    else
+    {
+        for (std::size_t i = topLevelWindows.size(); i-- > 0 && !found;)
+        {
+            // A handler may have changed the list.
+            if (i >= topLevelWindows.size())
+                continue;
+            Window* w = topLevelWindows[i];
+            found =
+                w && w->IsVisible() && w->IsEnabled() &&
+                Window::findDeliverMouseMessageHelper(w, message, p, flags, delta, hit, queryOnly);
+        }
+    }
+    return found && !refresh;
 }
 
 bool Frame::DeliverMouseMessage(MouseMessage message, Window* window, Point const& localPoint,

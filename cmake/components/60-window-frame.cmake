@@ -1,0 +1,22 @@
+# The window tree and the frame: windows, frames, the canvas they share, the design seam and the
+# host window door.
+tv_library(tv_window
+  SOURCES
+    Canvas/UI/Window.cpp
+    Canvas/UI/Frame.cpp
+    Canvas/UI/Canvas.cpp
+    Canvas/UI/Design.cpp
+    Canvas/UI/FocusIndicator.cpp
+    Canvas/UI/HotDraw.cpp
+    Canvas/UI/detail/DebugReport.cpp
+  DEPS tv_signals tv_pixels tv_threads tv_core)
+
+tv_test(tv_window_tests
+  SOURCES
+    tests/Canvas/UI/WindowTest.cpp
+    tests/Canvas/UI/FrameTest.cpp
+  DEPS tv_window)
+
+tv_bench(tv_frame_bench
+  SOURCES bench/FrameBench.cpp
+  DEPS tv_window)
