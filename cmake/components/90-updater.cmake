@@ -7,7 +7,9 @@ tv_library(tv_updater
 
 tv_executable(tavorin-updater
   SOURCES Updater/app/main.cpp
-  DEPS tv_updater)
+  DEPS tv_updater tv_files)
+# The packed resources land in <bin>/Resources/ beside the program.
+add_dependencies(tavorin-updater updater_resources)
 
 tv_test(tv_updater_tests
   SOURCES
