@@ -18,11 +18,16 @@ tv_executable(tvresembed SOURCES tools/tvresembed/main.cpp DEPS tv_files)
 set(TV_UPDATER_RESOURCE_DIR ${PROJECT_SOURCE_DIR}/Updater/app/resources)
 set(TV_UPDATER_RESOURCE_FILE ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources/resources.resembed)
 file(GLOB_RECURSE TV_UPDATER_RESOURCE_INPUTS CONFIGURE_DEPENDS ${TV_UPDATER_RESOURCE_DIR}/*)
+# The list of inputs is a dependency too, so that removing a file repacks as well; it is
+# rewritten only when the list changes.
+string(REPLACE ";" "\n" TV_UPDATER_RESOURCE_LIST "${TV_UPDATER_RESOURCE_INPUTS}")
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/updater_resources.list
+     CONTENT "${TV_UPDATER_RESOURCE_LIST}\n")
 add_custom_command(
   OUTPUT ${TV_UPDATER_RESOURCE_FILE}
   COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources
   COMMAND tvresembed pack ${TV_UPDATER_RESOURCE_DIR} ${TV_UPDATER_RESOURCE_FILE}
-  DEPENDS tvresembed ${TV_UPDATER_RESOURCE_INPUTS}
+  DEPENDS tvresembed ${TV_UPDATER_RESOURCE_INPUTS} ${CMAKE_BINARY_DIR}/updater_resources.list
   COMMENT "Packing the updater's resources"
   VERBATIM)
 add_custom_target(updater_resources DEPENDS ${TV_UPDATER_RESOURCE_FILE})
