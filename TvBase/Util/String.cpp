@@ -22,6 +22,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iconv.h>
+#include <langinfo.h>
 #include <limits>
 #include <new>
 #include <ostream>
@@ -940,9 +941,10 @@ namespace
 
 char cLibraryDecimalPoint()
 {
-    lconv const* lc = std::localeconv();
-    if (lc && lc->decimal_point && lc->decimal_point[0] != '\0')
-        return lc->decimal_point[0];
+    // The same separator that localeconv() reports, read in a way that is safe on worker threads.
+    char const* radix = nl_langinfo(RADIXCHAR);
+    if (radix && radix[0] != '\0')
+        return radix[0];
     return '.';
 }
 

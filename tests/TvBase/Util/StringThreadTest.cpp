@@ -40,3 +40,28 @@ TEST(StringThreads, CopiesCrossThreadsSafely)
         EXPECT_EQ(results[t].Mid(1), "sss");
     }
 }
+
+// Worker threads parse version numbers at the same time as each other.
+TEST(StringThreads, ParsersRunConcurrently)
+{
+    std::vector<std::thread> workers;
+    std::vector<int> good(4, 0);
+    for (int t = 0; t < 4; ++t)
+    {
+        workers.emplace_back(
+            [&good, t]
+            {
+                for (int i = 0; i < 2000; ++i)
+                {
+                    if (String("1,5").ToFloat() == checked_value<float>(1.5f) &&
+                        String("\xEF\xBC\x91\xEF\xBC\x92").ToInt() == checked_value<int>(12) &&
+                        String::Number(2.5, 1) == "2.5")
+                        ++good[t];
+                }
+            });
+    }
+    for (std::thread& w : workers)
+        w.join();
+    for (int t = 0; t < 4; ++t)
+        EXPECT_EQ(good[t], 2000);
+}
