@@ -57,17 +57,46 @@ File::~File()
 
 // ============================================================================ Open and close
 
+namespace
+{
+
+struct OpenWays
+{
+    bool read;
+    bool write;
+    bool truncate;
+};
+
+OpenWays openWays(unsigned int mode)
+{
+    OpenWays ways;
+    ways.read = (mode & (File::ModeRead | File::ModeReadWrite)) != 0;
+    ways.write = (mode & (File::ModeWrite | File::ModeReadWrite | File::ModeAppend)) != 0;
+    // A mode that asks for nothing opens for reading, as if it had said so.
+    unsigned int const effective = (!ways.read && !ways.write) ? (mode | File::ModeRead) : mode;
+    ways.read = ways.read || !ways.write;
+    ways.truncate = (effective & File::ModeRead) == 0 || (effective & File::ModeTruncate) != 0;
+    return ways;
+}
+
+/// Whether a file opened in `mode` may hold written bytes in its stream buffer.
+bool mayBuffer(unsigned int mode)
+{
+    OpenWays const ways = openWays(mode);
+    return ways.write || ways.truncate;
+}
+
+} // namespace
+
 void File::Open(unsigned int newMode)
 {
     if (open)
         Close();
 
-    bool read = (newMode & (ModeRead | ModeReadWrite)) != 0;
-    bool const write = (newMode & (ModeWrite | ModeReadWrite | ModeAppend)) != 0;
-    // A mode that asks for nothing opens for reading, as if it had said so.
-    unsigned int const effective = (!read && !write) ? (newMode | ModeRead) : newMode;
-    read = read || !write;
-    bool const truncate = (effective & ModeRead) == 0 || (effective & ModeTruncate) != 0;
+    OpenWays const ways = openWays(newMode);
+    bool const read = ways.read;
+    bool const write = ways.write;
+    bool const truncate = ways.truncate;
     bool const append = (newMode & ModeAppend) != 0;
 
     int flags;

@@ -187,3 +187,14 @@ TEST(FileStreamErrors, WritesToReadOnlyFileAndClosedSeek)
     EXPECT_EQ("Can't seek to 3: Attempt to seek to 3 when not open",
               messageOf([&] { stream.SetPosition(3); }));
 }
+
+TEST(FileStreamPositions, SizeCountsBytesStillBuffered)
+{
+    TempFolder temp;
+    FileStream stream(FilePath((temp / "grow.bin").c_str()), File::ModeWrite);
+    stream << 1 << 2 << 3;
+    EXPECT_EQ(12u, stream.GetSize());
+    EXPECT_EQ(12u, stream.GetPosition());
+    EXPECT_EQ(0u, stream.GetRemaining());
+    EXPECT_TRUE(stream.AtEnd());
+}
