@@ -202,6 +202,9 @@ checked_value<unsigned long long> File::Size() const
 {
     if (path.IsEmpty())
         return {};
+    // Bytes still in the stream's buffer count: they are the file's as far as callers know.
+    if (open && mayBuffer(mode))
+        std::fflush(stream);
     struct stat info;
     int const result =
         open ? ::fstat(::fileno(stream), &info) : ::stat(path.ToString().CStr(), &info);
