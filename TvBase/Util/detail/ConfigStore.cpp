@@ -19,6 +19,7 @@
 #include <fstream>
 #include <pwd.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Util
@@ -386,83 +387,68 @@ private:
     int fd;
 };
 
-} // namespace
-
-ConfigStore::FileStamp ConfigStore::FileStamp::Of(struct stat const& info)
+/// Outcome of reading one file's bytes.
+enum class ReadResult
 {
-    FileStamp stamp;
-    stamp.exists = true;
-    stamp.device = info.st_dev;
-    stamp.inode = info.st_ino;
-    stamp.size = info.st_size;
-    stamp.modified =
-        static_cast<std::int64_t>(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec;
-    stamp.changed =
-        static_cast<std::int64_t>(info.st_ctim.tv_sec) * 1000000000 + info.st_ctim.tv_nsec;
-    return stamp;
-}
+    Missing,
+    Good,
+    Unreadable
+};
 
-bool ConfigStore::FileStamp::operator==(FileStamp const& o) const
+/// The bytes of `file`. A folder, an oversized file or one that cannot be read is unreadable.
+ReadResult readText(std::string const& file, std::string& text)
 {
-    if (!exists || !o.exists)
-        return exists == o.exists;
-    return device == o.device && inode == o.inode && size == o.size && modified == o.modified &&
-           changed == o.changed;
-}
-
-ConfigStore::ReadResult ConfigStore::readFile(Scope const& scope, std::shared_ptr<void>& dict,
-                                              FileStamp& stamp)
-{
-    stamp = FileStamp();
-    dict = own(plist_new_dict());
-    int fd = ::open(scope.file.c_str(), O_RDONLY | O_CLOEXEC);
+    text.clear();
+    int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
-        return (errno == ENOENT || errno == ENOTDIR) ? ReadResult::Missing : ReadResult::Damaged;
+        return (errno == ENOENT || errno == ENOTDIR) ? ReadResult::Missing : ReadResult::Unreadable;
     struct stat info;
-    std::string text;
-    bool good = ::fstat(fd, &info) == 0;
-    if (good)
-        stamp = FileStamp::Of(info);
-    good = good && S_ISREG(info.st_mode) && info.st_size <= maximumFileSize &&
-           readAll(fd, text, static_cast<std::size_t>(info.st_size));
+    bool good = ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) &&
+                info.st_size <= maximumFileSize &&
+                readAll(fd, text, static_cast<std::size_t>(info.st_size));
     ::close(fd);
-    if (!good)
-        return ReadResult::Damaged;
-    // An empty file holds no settings; nothing is lost by writing over it.
-    if (text.empty())
-        return ReadResult::Good;
+    return good ? ReadResult::Good : ReadResult::Unreadable;
+}
 
+/// The dictionary of a property list (XML or binary); null when the text is not one. An empty
+/// text holds no settings and reads as an empty dictionary.
+std::shared_ptr<void> parse(std::string const& text)
+{
+    if (text.empty())
+        return own(plist_new_dict());
     plist_t root = nullptr;
     plist_from_memory(text.data(), static_cast<std::uint32_t>(text.size()), &root);
     if (!root)
-        return ReadResult::Damaged;
+        return nullptr;
     if (plist_get_node_type(root) != PLIST_DICT)
     {
         plist_free(root);
-        return ReadResult::Damaged;
+        return nullptr;
     }
-    dict = own(root);
-    return ReadResult::Good;
+    return own(root);
 }
 
-bool ConfigStore::writeFile(Scope const& scope, std::string const& xml)
+/// Replaces `file` with `text` so that, whenever the machine stops, the file is either the old
+/// one or the new one whole: the data is on disk before the rename. The fixed temporary name is
+/// safe under the file lock, and a crash leaves at most one stale temporary, which the next
+/// write truncates.
+bool writeAtomically(std::string const& file, std::string const& text)
 {
-    // A fixed temporary name is safe under the file lock, and a crash leaves at most one
-    // stale temporary, which the next write truncates. The data is on disk before the rename,
-    // so whenever the machine stops, the file is either the old one or the new one whole.
-    std::string temp = scope.file + ".tmp";
+    std::string temp = file + ".tmp";
     int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (fd < 0)
         return false;
-    bool good = writeAll(fd, xml.data(), xml.size()) && ::fsync(fd) == 0;
+    bool good = writeAll(fd, text.data(), text.size()) && ::fsync(fd) == 0;
     good = (::close(fd) == 0) && good;
-    if (!good || ::rename(temp.c_str(), scope.file.c_str()) != 0)
+    if (!good || ::rename(temp.c_str(), file.c_str()) != 0)
     {
         ::unlink(temp.c_str());
         return false;
     }
     return true;
 }
+
+} // namespace
 
 // ===== The store =================================================================================
 
@@ -475,10 +461,10 @@ ConfigStore::ConfigStore(std::vector<std::string> files)
     }
 }
 
-void ConfigStore::adoptDisk(Scope& scope, std::shared_ptr<void> dict, FileStamp const& stamp)
+void ConfigStore::adoptDisk(Scope& scope, std::shared_ptr<void> dict, std::string text)
 {
     scope.disk = std::move(dict);
-    scope.stamp = stamp;
+    scope.diskText = std::move(text);
     scope.diskValid = true;
     scope.values.clear();
 
@@ -511,28 +497,56 @@ void ConfigStore::adoptDisk(Scope& scope, std::shared_ptr<void> dict, FileStamp 
     }
 }
 
-bool ConfigStore::keepAside(Scope& scope)
+bool ConfigStore::loadFromDisk(Scope& scope, bool locked)
 {
-    std::shared_ptr<void> dict;
-    FileStamp stamp;
-    ReadResult result = readFile(scope, dict, stamp);
-    if (result != ReadResult::Damaged)
+    if (scope.file.empty())
     {
-        // Another process replaced the file meanwhile; take what it holds now.
-        adoptDisk(scope, dict, stamp);
+        if (!scope.diskValid)
+            adoptDisk(scope, own(plist_new_dict()), std::string());
+        return false;
+    }
+    std::string text;
+    ReadResult result = readText(scope.file, text);
+    if (result != ReadResult::Unreadable && scope.diskValid && text == scope.diskText)
+        return true;
+    std::shared_ptr<void> dict = result == ReadResult::Unreadable ? nullptr : parse(text);
+    if (dict)
+    {
+        adoptDisk(scope, dict, text);
         return true;
     }
+
+    // Damaged. The any-user files are not ours to move: they read as empty.
+    if (!scope.writable)
+    {
+        adoptDisk(scope, own(plist_new_dict()), text);
+        return true;
+    }
+    if (!locked)
+    {
+        FileLock lock(scope.file);
+        if (lock.IsHeld())
+            return loadFromDisk(scope, true);
+        adoptDisk(scope, own(plist_new_dict()), std::string());
+        scope.diskValid = false;
+        return false;
+    }
+    return keepAside(scope);
+}
+
+bool ConfigStore::keepAside(Scope& scope)
+{
     std::string aside = scope.file + ".corrupt";
     for (int n = 1; pathExists(aside) && n < 1000; ++n)
         aside = scope.file + ".corrupt." + std::to_string(n);
     if (pathExists(aside) || ::rename(scope.file.c_str(), aside.c_str()) != 0)
     {
         // The damaged file stays where it is, and nothing may be written over it.
-        adoptDisk(scope, own(plist_new_dict()), stamp);
+        adoptDisk(scope, own(plist_new_dict()), std::string());
         scope.diskValid = false;
         return false;
     }
-    adoptDisk(scope, own(plist_new_dict()), FileStamp());
+    adoptDisk(scope, own(plist_new_dict()), std::string());
     return true;
 }
 
@@ -541,43 +555,7 @@ void ConfigStore::ensureLoaded(Scope& scope)
     if (scope.loaded)
         return;
     scope.loaded = true;
-    if (scope.file.empty())
-    {
-        adoptDisk(scope, own(plist_new_dict()), FileStamp());
-        return;
-    }
-    reloadIfChanged(scope);
-}
-
-void ConfigStore::reloadIfChanged(Scope& scope)
-{
-    if (scope.file.empty())
-        return;
-    struct stat info;
-    FileStamp now = ::stat(scope.file.c_str(), &info) == 0 ? FileStamp::Of(info) : FileStamp();
-    if (scope.diskValid && now == scope.stamp)
-        return;
-
-    std::shared_ptr<void> dict;
-    FileStamp stamp;
-    if (readFile(scope, dict, stamp) != ReadResult::Damaged)
-    {
-        adoptDisk(scope, dict, stamp);
-        return;
-    }
-    if (!scope.writable)
-    {
-        adoptDisk(scope, dict, stamp);
-        return;
-    }
-    FileLock lock(scope.file);
-    if (!lock.IsHeld())
-    {
-        adoptDisk(scope, own(plist_new_dict()), stamp);
-        scope.diskValid = false;
-        return;
-    }
-    keepAside(scope);
+    loadFromDisk(scope, false);
 }
 
 bool ConfigStore::writeScope(Scope& scope)
@@ -589,20 +567,8 @@ bool ConfigStore::writeScope(Scope& scope)
         return false;
 
     // Merge: start from what is on disk now, which another process may have changed.
-    struct stat info;
-    FileStamp now = ::stat(scope.file.c_str(), &info) == 0 ? FileStamp::Of(info) : FileStamp();
-    if (!scope.diskValid || !(now == scope.stamp))
-    {
-        std::shared_ptr<void> dict;
-        FileStamp stamp;
-        if (readFile(scope, dict, stamp) == ReadResult::Damaged)
-        {
-            if (!keepAside(scope))
-                return false;
-        }
-        else
-            adoptDisk(scope, dict, stamp);
-    }
+    if (!loadFromDisk(scope, true))
+        return false;
 
     plist_t root = static_cast<plist_t>(scope.disk.get());
     for (auto const& change : scope.pending)
@@ -615,6 +581,7 @@ bool ConfigStore::writeScope(Scope& scope)
         else
             plist_dict_set_item(root, change.first.c_str(), toNode(change.second.value));
     }
+    // The dictionary is ahead of the file until the write succeeds.
     scope.diskValid = false;
 
     char* xml = nullptr;
@@ -624,14 +591,11 @@ bool ConfigStore::writeScope(Scope& scope)
         return false;
     std::string text(xml, length);
     plist_to_xml_free(xml);
-    if (!writeFile(scope, text))
+    if (!writeAtomically(scope.file, text))
         return false;
 
-    if (::stat(scope.file.c_str(), &info) == 0)
-    {
-        scope.stamp = FileStamp::Of(info);
-        scope.diskValid = true;
-    }
+    scope.diskText = std::move(text);
+    scope.diskValid = true;
     scope.pending.clear();
     return true;
 }
@@ -719,7 +683,7 @@ bool ConfigStore::Synchronize()
         if (scope.writable && !scope.pending.empty())
             good = writeScope(scope) && good;
         else
-            reloadIfChanged(scope);
+            loadFromDisk(scope, false);
     }
     return good;
 }

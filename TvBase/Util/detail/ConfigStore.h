@@ -5,7 +5,6 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <sys/stat.h>
 #include <unordered_map>
 #include <vector>
 
@@ -103,20 +102,6 @@ public:
     ConfigStore& operator=(ConfigStore const&) = delete;
 
 private:
-    /// What identifies one version of a file on disk.
-    struct FileStamp
-    {
-        bool exists = false;
-        dev_t device = 0;
-        ino_t inode = 0;
-        off_t size = 0;
-        std::int64_t modified = 0;
-        std::int64_t changed = 0;
-
-        static FileStamp Of(struct stat const& info);
-        bool operator==(FileStamp const& o) const;
-    };
-
     struct PendingChange
     {
         bool removed = false;
@@ -128,34 +113,29 @@ private:
         std::string file;
         bool writable = false;
         bool loaded = false;
-        /// True while `disk` mirrors the file with stamp `stamp`.
+        /// True while `disk` is the reading of `diskText`.
         bool diskValid = false;
-        FileStamp stamp;
-        /// The file's property-list dictionary as last read or written; owned.
+        /// The file's bytes as last read or written. Comparing bytes, not dates or inodes,
+        /// tells reliably whether another process has written since.
+        std::string diskText;
+        /// The file's property-list dictionary; owned.
         std::shared_ptr<void> disk;
         std::unordered_map<std::string, ConfigValue> values;
         /// Changes not yet on disk, by name.
         std::map<std::string, PendingChange> pending;
     };
 
-    /// Outcome of reading one file.
-    enum class ReadResult
-    {
-        Missing,
-        Good,
-        Damaged
-    };
-
     explicit ConfigStore(std::vector<std::string> files);
 
     void ensureLoaded(Scope& scope);
-    ReadResult readFile(Scope const& scope, std::shared_ptr<void>& dict, FileStamp& stamp);
-    void adoptDisk(Scope& scope, std::shared_ptr<void> dict, FileStamp const& stamp);
+    /// Brings `scope` up to date with its file. A damaged file of a writable scope is kept aside
+    /// (taking the file lock unless `locked` says the caller holds it). False when the file is
+    /// damaged and stays in place, so that nothing may be written over it.
+    bool loadFromDisk(Scope& scope, bool locked);
+    void adoptDisk(Scope& scope, std::shared_ptr<void> dict, std::string text);
     /// Moves a damaged file aside as "<file>.corrupt"; the caller holds the file lock.
     bool keepAside(Scope& scope);
-    void reloadIfChanged(Scope& scope);
     bool writeScope(Scope& scope);
-    bool writeFile(Scope const& scope, std::string const& xml);
 
     std::mutex mutex;
     Scope scopes[ScopeCount];

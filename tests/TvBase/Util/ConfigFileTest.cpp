@@ -527,3 +527,28 @@ TEST(ConfigFileStorage, KeepsValuesOfTypesItDoesNotWrite)
     EXPECT_NE(readFile(home.UserFolder() + "com.test.foreign.copy.plist").find("<array>"),
               std::string::npos);
 }
+
+TEST(ConfigFileSharing, NoticesAChangeThatKeepsSizeAndFile)
+{
+    TempConfigHome home;
+    ConfigFile config("com.test.samesize");
+    config.SetString("k", "1");
+    config.Synchronize();
+
+    // Rewritten in place at once: same inode, same size, most likely the same time stamp.
+    std::string file = home.UserFolder() + "com.test.samesize.plist";
+    std::string text = readFile(file);
+    std::size_t at = text.find("<string>1</string>");
+    ASSERT_NE(at, std::string::npos);
+    text[at + 8] = '2';
+    writeFile(file, text);
+
+    config.Synchronize();
+    EXPECT_EQ(config.GetString("k"), "2");
+    // And a merge keeps it rather than writing back the old reading.
+    writeFile(file, readFile(file).replace(at + 8, 1, "3"));
+    config.SetString("other", "x");
+    config.Synchronize();
+    home.SwitchToOtherView();
+    EXPECT_EQ(ConfigFile("com.test.samesize").GetString("k"), "3");
+}
