@@ -227,6 +227,14 @@ public:
         return connectMember(method, target, std::index_sequence_for<P...>());
     }
 
+    /// As above, for a const member function.
+    template <typename T, typename U, typename... P,
+              typename = std::enable_if_t<sizeof...(P) == sizeof...(Args) || sizeof...(P) == 0>>
+    Connection Connect(void (T::*method)(P...) const, U* target)
+    {
+        return connectMember(method, target, std::index_sequence_for<P...>());
+    }
+
     /// A member function of `target` with one argument fixed now: each emission calls
     /// `method(value)`. `value` is converted to `B` once, here, and kept by value.
     template <typename T, typename U, typename B, typename V>

@@ -19,3 +19,7 @@ tv_test(tv_signals_tests
 tv_fuzz(PropertyTextFuzz
   SOURCES fuzz/PropertyTextFuzz.cpp
   DEPS tv_signals)
+
+tv_bench(tv_signals_bench
+  SOURCES bench/SignalBench.cpp
+  DEPS tv_signals)

@@ -22,6 +22,7 @@ public:
     Listener(Log& log, std::string tag) : log(log), tag(std::move(tag)) {}
 
     void slot0() { log.push_back(tag); }
+    void slotConst(int a) const { log.push_back(tag + " const:" + std::to_string(a)); }
     void slot1(int a) { log.push_back(tag + ":" + std::to_string(a)); }
     void slotText(String s) { log.push_back(tag + ":" + s.CStr()); }
     void slotTextRef(String const& s) { log.push_back(tag + ":" + s.CStr()); }
@@ -104,6 +105,13 @@ TEST(SignalConnectForms, MemberWithTheSignalsArgumentsAtEveryArity)
     s7(1, 2, 3, 4, 5, 6, 7);
     EXPECT_EQ(log, (Log{"L", "L:1", "L:2,two", "L:1,2,3", "L:1,2,3,4", "L:1,2,3,4,5",
                         "L:1,2,3,4,5,6", "L:1,2,3,4,5,6,7"}));
+
+    // A const member function serves as well.
+    Signal<int> value;
+    value.Connect(&Listener::slotConst, &l);
+    log.clear();
+    value(8);
+    EXPECT_EQ(log, (Log{"L const:8"}));
 
     // A slot that takes the argument by reference to const serves a by-value signal.
     Signal<String> text;
