@@ -159,6 +159,9 @@ Frame::~Frame()
 
 void Frame::Invalidate(Rect const& rect, bool postUpdate)
 {
+    // Windows dying with the frame have nothing left to repaint.
+    if (destroying)
+        return;
     Rect r = rect & drawRect;
     if (r.IsEmpty())
         return;

@@ -622,6 +622,16 @@ void Window::toolTipPropertyChanged()
     toolTipExplicit = true;
 }
 
+void Window::NotifyPaletteChanged(bool recursive)
+{
+    onPaletteChange();
+    if (!recursive)
+        return;
+    for (std::size_t i = 0; i < children.size(); ++i)
+        if (children[i])
+            children[i]->NotifyPaletteChanged(true);
+}
+
 // ============================================================================================
 // dynamic layout metrics
 // ============================================================================================

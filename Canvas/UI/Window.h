@@ -234,6 +234,11 @@ public:
     String const& GetLayoutName() const { return layoutName; }
     void SetLayoutName(String const& name) { layoutName = name; }
 
+    // ---- palette
+    /// Runs `onPaletteChange` on this window and, with `recursive`, on every descendant, parents
+    /// before children.
+    void NotifyPaletteChanged(bool recursive);
+
     // ---- virtual operations
     virtual void OnLayoutLoaded() {}
     /// Focuses this window when it is visible and enabled.

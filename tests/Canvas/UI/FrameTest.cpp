@@ -320,7 +320,35 @@ TEST(FrameRender, HotDrawMarksRegionsRedAndRepaintsAllWhenItTurnsOn)
     EXPECT_EQ(s.Pixel(29, 29), kGrey);
 }
 
+TEST(FrameRender, AFailingDrawLeavesTheFrameUsable)
+{
+    Scene s(20, 20);
+    RecordingWindow* box = s.Make(nullptr, "Box", 0, 0, 5, 5, kRed);
+    box->throwInDraw = true;
+    s.frame->SetDrawingEnabled(true);
+    EXPECT_THROW(s.frame->RenderInvalidRegions(true), std::runtime_error);
+    EXPECT_FALSE(s.frame->IsRendering());
+    EXPECT_EQ(s.canvas.GetCurrentlyDrawingWindow(), nullptr);
+    box->throwInDraw = false;
+    box->Update();
+    s.frame->RenderInvalidRegions(true);
+    EXPECT_EQ(s.Pixel(0, 0), kRed);
+}
+
 // ---- mouse
+
+TEST(FrameMouse, ATransparentWindowIsNotPaintedButTakesInput)
+{
+    Scene s(20, 20);
+    s.frame->SetBackgroundColor(kGrey);
+    RecordingWindow* ghost = s.Make(nullptr, "Ghost", 0, 0, 10, 10, kRed);
+    ghost->SetAlpha(0);
+    ghost->takesMouse = true;
+    s.Settle();
+    EXPECT_EQ(s.Pixel(5, 5), kGrey);
+    EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 5, 5));
+    EXPECT_EQ(s.log, (std::vector<std::string>{"Ghost:press(5,5)"}));
+}
 
 TEST(FrameMouse, TheTopmostWindowTakesTheMessageFirstAndRefusalsFallThrough)
 {

@@ -7,6 +7,7 @@
 #include "Canvas/UI/Window.h"
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ public:
     /// Paints the whole window in `color` with the effective alpha, then the children.
     checked_value<unsigned int> fill;
     bool takesMouse = false;
+    bool throwInDraw = false;
     bool takesKeys = false;
     std::function<void(unsigned int)> timerAction;
     int geometryChanges = 0;
@@ -39,6 +41,8 @@ public:
 
     void Draw(DrawContext* context) override
     {
+        if (throwInDraw)
+            throw std::runtime_error("draw failed");
         if (fill)
             context->DrawBox(Rect(0, GetWidth() - 1, 0, GetHeight() - 1), DrawContext::Filled,
                              *fill, GetEffectiveAlpha());
@@ -60,6 +64,7 @@ public:
     void onReceiveFocus() override { record("focus"); }
     void onLoseFocus() override { record("blur"); }
     void onMouseEnter() override { record("enter"); }
+    void onPaletteChange() override { record("palette"); }
     void onMouseExit() override { record("exit"); }
 
     bool onMousePress(Point const& p, unsigned int) override { return mouse("press", p); }

@@ -531,3 +531,17 @@ TEST(WindowProperties, CursorsAndMetrics)
     EXPECT_EQ(w->GetDynamicLayoutMetricNames()[4], String("Spacing"));
     EXPECT_EQ(w->GetDynamicLayoutMode(), Window::DynamicLayoutCode);
 }
+
+TEST(WindowProperties, PaletteChangesReachTheSubtreeOnRequest)
+{
+    Scene s;
+    UI::Test::Log log;
+    RecordingWindow* root = new RecordingWindow(s.frame.get(), nullptr, "Root", &log);
+    RecordingWindow* child = new RecordingWindow(s.frame.get(), root, "Child", &log);
+    new RecordingWindow(s.frame.get(), child, "Leaf", &log);
+    root->NotifyPaletteChanged(false);
+    EXPECT_EQ(log, (std::vector<std::string>{"Root:palette"}));
+    log.clear();
+    root->NotifyPaletteChanged(true);
+    EXPECT_EQ(log, (std::vector<std::string>{"Root:palette", "Child:palette", "Leaf:palette"}));
+}
