@@ -38,7 +38,7 @@ struct Site
                         ".5|https://example.invalid/p" + std::to_string(i) + "|mac,win|note\n";
         text = versions.c_str();
         served.Write("versions.txt", versions);
-        server.reset(new TestSupport::HttpFixture(served.Path()));
+        server.reset(new TestSupport::HttpFixture(served.Path(), false));
         url = server->Url("/root/versions.txt");
         setenv("XDG_CONFIG_HOME", settingsFolder.Path().c_str(), 1);
         settings.reset(new Util::ConfigFile("com.tavorin.updater"));

@@ -7,13 +7,14 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 extern char** environ;
 
 namespace TestSupport
 {
 
-HttpFixture::HttpFixture(std::string const& root)
+HttpFixture::HttpFixture(std::string const& root, bool logRequests)
 {
     int input[2];
     int output[2];
@@ -33,10 +34,14 @@ HttpFixture::HttpFixture(std::string const& root)
     posix_spawn_file_actions_addclose(&actions, output[0]);
     std::string script = std::string(TV_SOURCE_DIR) + "/tests/fixtures/http_fixture.py";
     std::string rootArgument = "--root=" + root;
-    char const* argv[] = {"python3", script.c_str(), root.empty() ? nullptr : rootArgument.c_str(),
-                          nullptr};
-    int spawned =
-        posix_spawnp(&child, "python3", &actions, nullptr, const_cast<char**>(argv), environ);
+    std::vector<char const*> argv = {"python3", script.c_str()};
+    if (!root.empty())
+        argv.push_back(rootArgument.c_str());
+    if (!logRequests)
+        argv.push_back("--quiet");
+    argv.push_back(nullptr);
+    int spawned = posix_spawnp(&child, "python3", &actions, nullptr,
+                               const_cast<char**>(argv.data()), environ);
     posix_spawn_file_actions_destroy(&actions);
     close(input[0]);
     close(output[1]);

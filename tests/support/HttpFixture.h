@@ -12,8 +12,9 @@ class HttpFixture
 {
 public:
     /// Starts the server; `root` is the folder served under "/root/" (none when empty).
-    /// `IsRunning` says whether it came up.
-    explicit HttpFixture(std::string const& root = std::string());
+    /// `IsRunning` says whether it came up. Without `logRequests` the server does not report
+    /// requests (a caller that makes thousands of them without reading would block it).
+    explicit HttpFixture(std::string const& root = std::string(), bool logRequests = true);
     ~HttpFixture();
     HttpFixture(HttpFixture const&) = delete;
     HttpFixture& operator=(HttpFixture const&) = delete;
@@ -27,7 +28,7 @@ public:
     std::string ClosedUrl(std::string const& path) const;
     int GetPort() const { return port; }
     /// Blocks until the server has logged a request for `path` (skipping others), at most
-    /// `timeoutMillis`. True when it came.
+    /// `timeoutMillis`. True when it came. Needs `logRequests`.
     bool WaitForRequest(std::string const& path, int timeoutMillis = 20000);
 
 private:
