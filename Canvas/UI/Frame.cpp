@@ -411,23 +411,28 @@ void Frame::onWindowDestroy(Window* w, bool frameChanging)
         focus = nullptr;
     if (rememberedFocus == w)
         rememberedFocus = nullptr;
-    if (w->IsBeingDestroyed())
-    {
-        // The frame never keeps a bare pointer to a dead window.
-        if (mouseCapture == w)
-            mouseCapture = nullptr;
-        if (static_cast<Window*>(activeDialog) == w)
-            activeDialog = nullptr;
-        if (static_cast<Window*>(focusIndicator) == w)
-            focusIndicator = nullptr;
-        if (topLevelWindow == w)
-            topLevelWindow = nullptr;
-        focusOrder.erase(std::remove(focusOrder.begin(), focusOrder.end(), w), focusOrder.end());
-    }
     if (frameChanging)
     {
+        // The window and everything inside it leave this frame (a dying window has no children
+        // left by now): the frame keeps no bare pointer into that subtree, timers included.
+        auto inside = [w](Window* x) { return x && w->IsAncestor(x, true); };
+        if (inside(focus))
+            focus = nullptr;
+        if (inside(rememberedFocus))
+            rememberedFocus = nullptr;
+        if (inside(mouseCapture))
+            mouseCapture = nullptr;
+        if (inside(activeDialog))
+            activeDialog = nullptr;
+        if (inside(focusIndicator))
+            focusIndicator = nullptr;
+        if (inside(topLevelWindow))
+            topLevelWindow = nullptr;
+        for (auto m = mouseOver.begin(); m != mouseOver.end();)
+            m = inside(*m) ? mouseOver.erase(m) : std::next(m);
+        removeSubtreeFromFocusOrder(w);
         for (std::size_t i = timers.size(); i-- > 0;)
-            if (timers[i].window == w)
+            if (inside(timers[i].window))
                 eraseTimerAt(i);
     }
     auto it = std::find(topLevelWindows.begin(), topLevelWindows.end(), w);

@@ -200,6 +200,9 @@ TEST(WindowTree, ReparentToAnotherFrameTakesTheSubtreeAlong)
     Window* stay = s.Make(root, "Stay", 60, 0, 10, 10);
     s.frame->SetFocusOrder({stay, inner, moving});
     s.frame->SetTimer(moving, 10);
+    s.frame->SetTimer(inner, 0);
+    s.frame->SetMouseCapture(inner);
+    inner->SetFocus();
 
     // A parent in another frame with a frame that disagrees: refused.
     moving->Reparent(root, &other);
@@ -210,8 +213,12 @@ TEST(WindowTree, ReparentToAnotherFrameTakesTheSubtreeAlong)
     EXPECT_EQ(inner->GetFrame(), &other);
     EXPECT_EQ(other.GetTopLevelWindows(), (std::vector<Window*>{moving}));
     EXPECT_EQ(s.frame->GetFocusOrder(), (std::vector<Window*>{stay}));
+    // The old frame keeps nothing that points into the moved subtree.
     EXPECT_TRUE(s.frame->GetTimers().empty());
+    EXPECT_EQ(s.frame->GetMouseCapture(), nullptr);
+    EXPECT_EQ(s.frame->GetFocus(), nullptr);
     delete moving;
+    s.frame->tickTimers();
 }
 
 // ---- stacking
