@@ -25,7 +25,12 @@
 #include FT_FREETYPE_H
 #include FT_GLYPH_H
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 namespace UI
@@ -116,21 +121,43 @@ FT_GlyphSlot loadAndRender(FT_Face face, unsigned int index, unsigned int loadFl
 
 /// The gamma for drawing `color` over the pixels of `area`: text brighter than its ground gets
 /// a gamma below 1, which strengthens thin strokes, and darker text the other way.
+unsigned long long groundSum(unsigned int const* row, int left, int right)
+{
+    int x = left;
+    unsigned long long sum = 0;
+#ifdef __SSE2__
+    __m128i const low = _mm_set1_epi32(0xFF);
+    __m128i lanes = _mm_setzero_si128(); // at most 1530 a pixel: no overflow within a row
+    for (; x + 3 <= right; x += 4)
+    {
+        __m128i const p = _mm_loadu_si128(reinterpret_cast<__m128i const*>(row + x));
+        __m128i const b = _mm_and_si128(p, low);
+        __m128i const g = _mm_and_si128(_mm_srli_epi32(p, 8), low);
+        __m128i const r = _mm_and_si128(_mm_srli_epi32(p, 16), low);
+        lanes = _mm_add_epi32(lanes, _mm_add_epi32(_mm_add_epi32(b, _mm_slli_epi32(r, 1)),
+                                                   _mm_add_epi32(g, _mm_slli_epi32(g, 1))));
+    }
+    unsigned int parts[4];
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(parts), lanes);
+    sum = static_cast<unsigned long long>(parts[0]) + parts[1] + parts[2] + parts[3];
+#endif
+    for (; x <= right; ++x)
+    {
+        unsigned int const p = row[x];
+        sum += (p & 0xFF) + 2 * ((p >> 16) & 0xFF) + 3 * ((p >> 8) & 0xFF);
+    }
+    return sum;
+}
+
 double probeGamma(unsigned int color, unsigned int const* pixels, int stride, UI::Rect const& area)
 {
+    // The mean of (blue + 2 red + 3 green) / 6 over the ground.
     unsigned long long sum = 0;
     for (int y = area.top; y <= area.bottom; ++y)
-    {
-        unsigned int const* row = pixels + static_cast<long>(y) * stride;
-        for (int x = area.left; x <= area.right; ++x)
-        {
-            unsigned int const p = row[x];
-            sum += ((p & 0xFF) + 2 * ((p >> 16) & 0xFF) + 3 * ((p >> 8) & 0xFF)) / 6;
-        }
-    }
+        sum += groundSum(pixels + static_cast<long>(y) * stride, area.left, area.right);
     unsigned long long const count = static_cast<unsigned long long>(area.Width()) *
                                      static_cast<unsigned long long>(area.Height());
-    int mean = count ? static_cast<int>(sum / count) : 0;
+    int mean = count ? static_cast<int>(sum / (6 * count)) : 0;
     if (mean == 0)
         mean = 64;
     int const brightness = std::max({(color >> 16) & 0xFF, (color >> 8) & 0xFF, color & 0xFF});
@@ -163,9 +190,76 @@ UI::Point placeText(UI::Point const& point, int w, int h, HAlignment hAlign, VAl
 /// Grey and mono coverage of one glyph, rendered once with the owning font's load flags.
 struct FreeTypeFont::GlyphCoverage
 {
+    /// One pixel of the mono box that carries grey or mono coverage: its place from the pen
+    /// (x) and from the baseline (y), and its index into the weight table, 2 * grey + mono bit.
+    struct Pixel
+    {
+        short x;
+        short y;
+        unsigned short weightIndex;
+    };
+
     CapturedBitmap grey;
     CapturedBitmap mono;
+    /// The covered pixels of the mono box, in row order; what a glyph that no other glyph
+    /// overlaps draws.
+    std::vector<Pixel> covered;
+
+    /// The grey coverage at `x` from the pen and `y` from the baseline; 0 outside the bitmap.
+    int greyAt(long x, long y) const
+    {
+        long const c = x - grey.left;
+        long const r = y + grey.top;
+        if (c < 0 || r < 0 || c >= grey.width || r >= grey.rows)
+            return 0;
+        return grey.pixels[static_cast<size_t>(r) * grey.width + c];
+    }
+
+    void collectCovered()
+    {
+        for (int r = 0; r < mono.rows; ++r)
+            for (int c = 0; c < mono.width; ++c)
+            {
+                int const x = mono.left + c;
+                int const y = r - mono.top;
+                int const index = 2 * greyAt(x, y) + (mono.pixels[r * mono.width + c] ? 1 : 0);
+                if (index != 0)
+                    covered.push_back(Pixel{static_cast<short>(x), static_cast<short>(y),
+                                            static_cast<unsigned short>(index)});
+            }
+    }
 };
+
+/// A measured text ready to draw anywhere: see `buildTextRun`.
+struct FreeTypeFont::TextRun
+{
+    std::vector<GlyphInfo> glyphs;
+    int width = 0;
+    bool greyFailed = false;
+    std::vector<long> pens;
+    std::vector<GlyphCoverage const*> coverage;
+    std::vector<std::vector<size_t>> neighbours;
+};
+
+namespace
+{
+
+/// Blends the covered pixels of a glyph lying wholly inside the clip; `origin` is the pixel at
+/// the glyph's pen position on the baseline.
+void blendCovered(std::vector<FreeTypeFont::GlyphCoverage::Pixel> const& covered,
+                  unsigned int* origin, int stride, int const* weights, unsigned int color,
+                  detail::CompositeWeights const* composite)
+{
+    for (FreeTypeFont::GlyphCoverage::Pixel const& p : covered)
+    {
+        int const weight = weights[p.weightIndex];
+        if (weight > 0)
+            detail::blendTextPixel(origin[static_cast<long>(p.y) * stride + p.x], color, weight,
+                                   composite);
+    }
+}
+
+} // namespace
 
 /// Where a text goes: its top-left, size, the visible part and the shift that keeps a negative
 /// left bearing of the first glyph inside.
@@ -216,6 +310,8 @@ FreeTypeFont::FreeTypeFont(FontContext* canvas, FontInfo const& fontInfo)
 FreeTypeFont::~FreeTypeFont()
 {
     FreeTypeLock lock(FTLibraryWrapper::GetLock());
+    runCache.clear();
+    scratchRun.reset();
     glyphCache.clear();
     coverageCache.clear();
     if (face)
@@ -342,6 +438,8 @@ boost::shared_ptr<FreeTypeFont::GlyphCoverage> FreeTypeFont::getCoverage(unsigne
         coverage->grey.capture(slot);
     if (FT_GlyphSlot slot = loadAndRender(face, index, loadFlags, FT_RENDER_MODE_MONO))
         coverage->mono.capture(slot);
+    if (coverage->grey.ok && coverage->mono.ok)
+        coverage->collectCovered();
     coverageCache[index] = coverage;
     return coverage;
 }
@@ -433,14 +531,11 @@ int FreeTypeFont::firstGlyphShift(std::vector<GlyphInfo> const& glyphs)
     return box.xMin < 0 ? static_cast<int>(-box.xMin) : 0;
 }
 
-bool FreeTypeFont::layoutText(UI::Point const& point, String const& text, UI::Rect const& clip,
-                              UI::Size const& size, HAlignment hAlign, VAlignment vAlign,
-                              UI::Rect const& box, std::vector<GlyphInfo>& glyphs, Layout& layout)
+bool FreeTypeFont::placeLayout(UI::Point const& point, int width, UI::Rect const& clip,
+                               UI::Size const& size, HAlignment hAlign, VAlignment vAlign,
+                               UI::Rect const& box, Layout& layout) const
 {
-    glyphs.clear();
-    if (!valid || text.IsEmpty())
-        return false;
-    layout.w = static_cast<int>(GetStringWidth(text, glyphs));
+    layout.w = width;
     layout.h = height;
     if (layout.w <= 0)
         return false;
@@ -449,7 +544,18 @@ bool FreeTypeFont::layoutText(UI::Point const& point, String const& text, UI::Re
     layout.y = topLeft.y;
     layout.drawn = UI::Rect(layout.x, layout.x + layout.w - 1, layout.y, layout.y + layout.h - 1) &
                    clip & UI::Rect(0, size.width - 1, 0, size.height - 1);
-    if (layout.drawn.IsEmpty())
+    return !layout.drawn.IsEmpty();
+}
+
+bool FreeTypeFont::layoutText(UI::Point const& point, String const& text, UI::Rect const& clip,
+                              UI::Size const& size, HAlignment hAlign, VAlignment vAlign,
+                              UI::Rect const& box, std::vector<GlyphInfo>& glyphs, Layout& layout)
+{
+    glyphs.clear();
+    if (!valid || text.IsEmpty())
+        return false;
+    int const width = static_cast<int>(GetStringWidth(text, glyphs));
+    if (!placeLayout(point, width, clip, size, hAlign, vAlign, box, layout))
         return false;
     layout.shift = firstGlyphShift(glyphs);
     return true;
@@ -480,8 +586,91 @@ void FreeTypeFont::drawUnderline(Layout const& layout, unsigned int color, unsig
     if (row < layout.drawn.top || row > layout.drawn.bottom)
         return;
     unsigned int* line = pixels + static_cast<long>(row) * stride;
+    detail::CompositeWeights const* const composite = detail::compositeWeightTable();
     for (int x = layout.drawn.left; x <= layout.drawn.right; ++x)
-        detail::blendTextPixel(line[x], color, alpha);
+        detail::blendTextPixel(line[x], color, alpha, composite);
+}
+
+// Everything about a text that doesn't depend on where it goes: its glyphs, their pen positions
+// and coverage, and which glyphs overlap others.
+void FreeTypeFont::buildTextRun(String const& text, TextRun& run)
+{
+    run = TextRun();
+    run.width = static_cast<int>(GetStringWidth(text, run.glyphs));
+    if (run.width <= 0)
+        return;
+    size_t const n = run.glyphs.size();
+    long pen = firstGlyphShift(run.glyphs);
+    for (size_t i = 0; i < n; ++i)
+    {
+        GlyphCoverage const* coverage =
+            run.glyphs[i].font->getCoverage(run.glyphs[i].glyphIndex).get();
+        if (!coverage->grey.ok)
+        {
+            run.greyFailed = true;
+            return;
+        }
+        if (i > 0)
+            pen += (getKerning(run.glyphs[i - 1], run.glyphs[i]) + 32) >> 6;
+        run.coverage.push_back(coverage);
+        run.pens.push_back(pen);
+        pen += (coverage->grey.advance + 32) >> 6;
+    }
+
+    // The grey coverage under a glyph's mono shape is the largest of all glyphs there. Glyphs
+    // whose grey boxes reach no other glyph's mono box (the usual case) need only their own;
+    // the others note the glyphs that reach them.
+    std::vector<long> greyLeft(n), greyRight(n), rightBefore(n), leftAfter(n);
+    for (size_t i = 0; i < n; ++i)
+    {
+        CapturedBitmap const& grey = run.coverage[i]->grey;
+        bool const blank = grey.width == 0 || grey.rows == 0;
+        greyLeft[i] = blank ? LONG_MAX : run.pens[i] + grey.left;
+        greyRight[i] = blank ? LONG_MIN : run.pens[i] + grey.left + grey.width;
+    }
+    for (size_t i = 0; i < n; ++i)
+        rightBefore[i] = i == 0 ? LONG_MIN : std::max(rightBefore[i - 1], greyRight[i - 1]);
+    for (size_t i = n; i-- > 0;)
+        leftAfter[i] = i + 1 == n ? LONG_MAX : std::min(leftAfter[i + 1], greyLeft[i + 1]);
+    run.neighbours.resize(n);
+    for (size_t i = 0; i < n; ++i)
+    {
+        CapturedBitmap const& mono = run.coverage[i]->mono;
+        long const monoLeft = run.pens[i] + mono.left;
+        long const monoRight = monoLeft + mono.width;
+        int const monoTop = ascent - mono.top;
+        int const monoBottom = monoTop + mono.rows;
+        if (rightBefore[i] <= monoLeft && leftAfter[i] >= monoRight)
+            continue;
+        for (size_t j = 0; j < n; ++j)
+        {
+            CapturedBitmap const& grey = run.coverage[j]->grey;
+            int const greyTop = ascent - grey.top;
+            if (j != i && greyLeft[j] < monoRight && greyRight[j] > monoLeft &&
+                greyTop < monoBottom && greyTop + grey.rows > monoTop)
+                run.neighbours[i].push_back(j);
+        }
+    }
+}
+
+FreeTypeFont::TextRun const& FreeTypeFont::getTextRun(String const& text)
+{
+    auto const found = runCache.find(text);
+    if (found != runCache.end())
+        return *found->second;
+    boost::shared_ptr<TextRun> run(new TextRun);
+    buildTextRun(text, *run);
+    // Runs that borrow glyphs from the canvas's extra fonts aren't kept: those fonts may go.
+    for (GlyphInfo const& glyph : run->glyphs)
+        if (glyph.font != this)
+        {
+            scratchRun = run;
+            return *scratchRun;
+        }
+    if (runCache.size() >= 512)
+        runCache.clear();
+    runCache[text] = run;
+    return *run;
 }
 
 UI::Rect FreeTypeFont::renderTextToBits(UI::Point const& point, String const& text,
@@ -491,72 +680,72 @@ UI::Rect FreeTypeFont::renderTextToBits(UI::Point const& point, String const& te
                                         UI::Rect const& box, std::vector<GlyphInfo>& glyphs)
 {
     FreeTypeLock lock(FTLibraryWrapper::GetLock());
+    glyphs.clear();
+    if (!pixels || !valid || text.IsEmpty())
+        return UI::Rect();
+    TextRun const& run = getTextRun(text);
+    glyphs = run.glyphs;
     Layout layout;
-    if (!pixels || !layoutText(point, text, clip, size, hAlign, vAlign, box, glyphs, layout))
+    if (!placeLayout(point, run.width, clip, size, hAlign, vAlign, box, layout) || run.greyFailed)
         return UI::Rect();
 
-    std::vector<boost::shared_ptr<GlyphCoverage>> coverage(glyphs.size());
-    for (size_t i = 0; i < glyphs.size(); ++i)
-    {
-        coverage[i] = glyphs[i].font->getCoverage(glyphs[i].glyphIndex);
-        if (!coverage[i]->grey.ok)
-            return UI::Rect();
-    }
     double const gamma = probeGamma(color, pixels, stride, layout.drawn);
-
-    // First pass: the grey coverage of the whole text, glyphs overlapping by their maximum.
-    std::vector<unsigned char> grey(static_cast<size_t>(layout.w) * layout.h, 0);
-    long pen = layout.shift;
-    for (size_t i = 0; i < glyphs.size(); ++i)
-    {
-        if (i > 0)
-            pen += (getKerning(glyphs[i - 1], glyphs[i]) + 32) >> 6;
-        CapturedBitmap const& bitmap = coverage[i]->grey;
-        for (int r = 0; r < bitmap.rows; ++r)
-        {
-            int const by = ascent - bitmap.top + r;
-            if (by < 0 || by >= layout.h)
-                continue;
-            unsigned char const* source = &bitmap.pixels[static_cast<size_t>(r) * bitmap.width];
-            unsigned char* target = &grey[static_cast<size_t>(by) * layout.w];
-            for (int c = 0; c < bitmap.width; ++c)
-            {
-                long const bx = pen + bitmap.left + c;
-                if (bx >= 0 && bx < layout.w)
-                    target[bx] = std::max(target[bx], source[c]);
-            }
-        }
-        pen += (bitmap.advance + 32) >> 6;
-    }
-
-    // Second pass: each glyph's mono shape mixed with the grey coverage under it.
     int const* const weights = getWeightTable(gamma, alpha);
-    pen = layout.shift;
-    for (size_t i = 0; i < glyphs.size(); ++i)
+    detail::CompositeWeights const* const composite = detail::compositeWeightTable();
+    UI::Rect const& drawn = layout.drawn;
+    for (size_t i = 0; i < run.glyphs.size(); ++i)
     {
-        if (i > 0)
-            pen += (getKerning(glyphs[i - 1], glyphs[i]) + 32) >> 6;
-        CapturedBitmap const& bitmap = coverage[i]->mono;
-        if (!bitmap.ok)
+        GlyphCoverage const& glyph = *run.coverage[i];
+        CapturedBitmap const& mono = glyph.mono;
+        if (!mono.ok)
             return UI::Rect();
-        for (int r = 0; r < bitmap.rows; ++r)
+        long const originX = layout.x + run.pens[i];
+        long const originY = layout.y + ascent;
+        std::vector<size_t> const& neighbours = run.neighbours[i];
+        if (neighbours.empty())
         {
-            int const py = layout.y + ascent - bitmap.top + r;
-            if (py < layout.drawn.top || py > layout.drawn.bottom)
-                continue;
-            unsigned char const* source = &bitmap.pixels[static_cast<size_t>(r) * bitmap.width];
-            unsigned char const* under = &grey[static_cast<size_t>(py - layout.y) * layout.w];
-            unsigned int* target = pixels + static_cast<long>(py) * stride;
-            for (int c = 0; c < bitmap.width; ++c)
+            bool const inside = originX + mono.left >= drawn.left &&
+                                originX + mono.left + mono.width - 1 <= drawn.right &&
+                                originY - mono.top >= drawn.top &&
+                                originY - mono.top + mono.rows - 1 <= drawn.bottom;
+            if (inside)
             {
-                long const px = layout.x + pen + bitmap.left + c;
-                if (px < layout.drawn.left || px > layout.drawn.right)
+                blendCovered(glyph.covered, pixels + originY * stride + originX, stride, weights,
+                             color, composite);
+                continue;
+            }
+            for (GlyphCoverage::Pixel const& p : glyph.covered)
+            {
+                long const x = originX + p.x;
+                long const y = originY + p.y;
+                if (x < drawn.left || x > drawn.right || y < drawn.top || y > drawn.bottom)
                     continue;
-                int const weight = weights[2 * under[px - layout.x] + (source[c] ? 1 : 0)];
-                detail::blendTextPixel(target[px], color, weight);
+                int const weight = weights[p.weightIndex];
+                if (weight > 0)
+                    detail::blendTextPixel(pixels[y * stride + x], color, weight, composite);
+            }
+            continue;
+        }
+        for (int r = 0; r < mono.rows; ++r)
+        {
+            long const y = originY + r - mono.top;
+            if (y < drawn.top || y > drawn.bottom)
+                continue;
+            for (int c = 0; c < mono.width; ++c)
+            {
+                long const x = originX + mono.left + c;
+                if (x < drawn.left || x > drawn.right)
+                    continue;
+                int g = glyph.greyAt(mono.left + c, r - mono.top);
+                for (size_t j : neighbours)
+                    g = std::max(g,
+                                 run.coverage[j]->greyAt(x - layout.x - run.pens[j], y - originY));
+                int const weight =
+                    weights[2 * g + (mono.pixels[static_cast<size_t>(r) * mono.width + c] ? 1 : 0)];
+                if (weight > 0)
+                    detail::blendTextPixel(pixels[y * stride + x], color, weight, composite);
             }
         }
-        pen += (bitmap.advance + 32) >> 6;
     }
 
     drawUnderline(layout, color, alpha, pixels, stride);
@@ -631,7 +820,8 @@ UI::Rect FreeTypeFont::renderTextToBitsUncached(UI::Point const& point, String c
                 int const g = grey[static_cast<size_t>(py - layout.y) * layout.w + (px - layout.x)];
                 int const m = bitmapCoverage(slot->bitmap, c, r) ? 255 : 0;
                 detail::blendTextPixel(pixels[static_cast<long>(py) * stride + px], color,
-                                       detail::textPixelWeight(g, m, mixFactor, gamma, alpha));
+                                       detail::textPixelWeight(g, m, mixFactor, gamma, alpha),
+                                       detail::compositeWeightTable());
             }
         }
         pen += (slot->advance.x + 32) >> 6;

@@ -8,6 +8,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 struct FT_FaceRec_;
@@ -94,7 +95,8 @@ public:
     /// The drawing core over raw pixels (`stride` in pixels, `size` the bitmap's): places the
     /// text, probes the background under it for the gamma, blends the grey and mono coverage
     /// of each glyph and adds the underline. Glyph coverage comes from a per-font cache, so a
-    /// repeated glyph is never loaded or rendered again. `glyphs` receives the measured glyphs.
+    /// repeated glyph is never loaded or rendered again, and a text drawn again isn't measured
+    /// again (the last 512 texts are kept). `glyphs` receives the measured glyphs.
     UI::Rect renderTextToBits(UI::Point const& point, String const& text, unsigned int color,
                               unsigned char alpha, UI::Rect const& clip, unsigned int* pixels,
                               int stride, UI::Size const& size, HAlignment hAlign,
@@ -118,8 +120,11 @@ public:
     /// The mix factor for a sharpen setting, anti-alias mode and size (see `FontInfo`).
     static float ComputeMixFactor(int sharpen, int antiAliasMode, float size);
 
-private:
+    /// Per-glyph coverage and measured texts, kept by the font (defined where drawn).
     struct GlyphCoverage;
+    struct TextRun;
+
+private:
     struct Layout;
 
     void openFace();
@@ -130,6 +135,11 @@ private:
     boost::shared_ptr<GlyphCoverage> getCoverage(unsigned int index);
     long getKerning(GlyphInfo const& previous, GlyphInfo const& current) const;
     int firstGlyphShift(std::vector<GlyphInfo> const& glyphs);
+    bool placeLayout(UI::Point const& point, int width, UI::Rect const& clip, UI::Size const& size,
+                     HAlignment hAlign, VAlignment vAlign, UI::Rect const& box,
+                     Layout& layout) const;
+    void buildTextRun(String const& text, TextRun& run);
+    TextRun const& getTextRun(String const& text);
     bool layoutText(UI::Point const& point, String const& text, UI::Rect const& clip,
                     UI::Size const& size, HAlignment hAlign, VAlignment vAlign, UI::Rect const& box,
                     std::vector<GlyphInfo>& glyphs, Layout& layout);
@@ -150,6 +160,9 @@ private:
     bool kerning = false;
     freetype_glyph_cache glyphCache;
     std::map<unsigned int, boost::shared_ptr<GlyphCoverage>> coverageCache;
+    // Measured texts by their text, up to 512, and the last one that can't be kept.
+    std::unordered_map<String, boost::shared_ptr<TextRun>> runCache;
+    boost::shared_ptr<TextRun> scratchRun;
     // Pixel weights by grey and mono coverage for the last gamma and alpha drawn with.
     std::vector<int> weightTable;
     double weightGamma = 0.0;

@@ -34,3 +34,6 @@ tv_test(FontThreadTest THREADS
 tv_bench(FontBench
   SOURCES bench/FontBench.cpp tests/Canvas/UI/support/FontTestSupport.cpp
   DEPS tv_fonts)
+if(TARGET FontBench)
+  target_compile_definitions(FontBench PRIVATE TV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+endif()

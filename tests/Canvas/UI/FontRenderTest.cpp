@@ -2,6 +2,7 @@
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FreeTypeFont.h"
 #include "Canvas/UI/Native/DIBSection.h"
+#include "Canvas/UI/detail/TextPixels.h"
 #include "tests/Canvas/UI/support/FontTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -273,4 +274,25 @@ TEST(FontSectionDrawing, SectionsAndImagesReceiveTheSamePixels)
     EXPECT_TRUE(font.RenderText(UI::Point(3, 3), "Section", 0xFF202080, 255, clip, nullptr,
                                 UI::HAlignLeft, UI::VAlignTop, UI::Rect())
                     .IsEmpty());
+}
+
+TEST(FontComposite, OpaqueGroundsTakeTheShortWayWithTheSameResult)
+{
+    UI::detail::CompositeWeights const* const table = UI::detail::compositeWeightTable();
+    for (unsigned int a = 1; a < 255; ++a)
+    {
+        UI::detail::CompositeWeights const w = UI::detail::computeCompositeWeights(a, 255);
+        ASSERT_EQ(a, w.source);
+        ASSERT_EQ(255 - a, w.destination);
+        ASSERT_EQ(255, w.alpha);
+        EXPECT_EQ(table[a * 256 + 255].source, w.source);
+    }
+    // Over a transparent pixel the source shows as it is.
+    EXPECT_EQ(0x80123456u, UI::detail::compositeKeepingAlpha(0x80123456u, 0x00000000u, table));
+    // Over a half transparent one both coverages unite.
+    unsigned int const mixed = UI::detail::compositeKeepingAlpha(0x80FF0000u, 0x800000FFu, table);
+    EXPECT_EQ(0xC0u, mixed >> 24);
+    EXPECT_GT((mixed >> 16) & 0xFF, mixed & 0xFF);
+    EXPECT_EQ(0xFF00FF00u, UI::detail::compositeKeepingAlpha(0xFF00FF00u, 0x12345678u, table));
+    EXPECT_EQ(0x12345678u, UI::detail::compositeKeepingAlpha(0x0000FF00u, 0x12345678u, table));
 }
