@@ -54,3 +54,11 @@ add_dependencies(tv_tvdefaults_updater_tests tvdefaults)
 tv_bench(tv_config_bench
   SOURCES bench/ConfigFileBench.cpp
   DEPS tv_config)
+
+tv_fuzz(tv_config_fuzz
+  SOURCES fuzz/ConfigFileFuzz.cpp
+  DEPS tv_config)
+
+tv_fuzz(tv_path_fuzz
+  SOURCES fuzz/PathTextFuzz.cpp
+  DEPS tv_paths)

@@ -295,7 +295,7 @@ TEST(ConfigFileProcesses, PendingValuesAreWrittenAtExit)
         []
         {
             // Never destroyed and never synchronised by hand: only the end of the process writes.
-            ConfigFile* config = new ConfigFile("com.test.exit");
+            static ConfigFile* config = new ConfigFile("com.test.exit");
             config->SetString("written", "at exit");
             std::exit(0);
             return 1;
