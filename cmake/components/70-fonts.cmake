@@ -37,3 +37,7 @@ tv_bench(FontBench
 if(TARGET FontBench)
   target_compile_definitions(FontBench PRIVATE TV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 endif()
+
+tv_fuzz(StringCacheFuzz
+  SOURCES fuzz/StringCacheFuzz.cpp
+  DEPS tv_fonts)

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TvBase/Util/ConfigFile.h"
 #include "TvBase/Util/File.h"
 
 #include <fstream>
@@ -216,4 +217,21 @@ TEST(FontMeasuring, ACharacterNoFaceHasIsTheMissingGlyphBox)
     EXPECT_EQ(&font, glyphs[1].font);
     EXPECT_GT(width, font.GetStringWidth("a"));
     EXPECT_GT(canvas.extraFontRequests, 0);
+}
+
+TEST(FontOpening, ForcingTheSystemRendererLeavesTextSilent)
+{
+    // This host has no second renderer: the preference makes every font measure 0.
+    Util::ConfigFile settings("com.tavorin");
+    settings.SetBool("ForceSystemFontRenderer", true);
+    {
+        UI::Font forced(nullptr, Info("Arial", 12.0f));
+        EXPECT_EQ(nullptr, forced.GetFreeTypeFont());
+        EXPECT_EQ(0u, forced.GetStringWidth("Hello"));
+    }
+    settings.SetBool("ForceSystemFontRenderer", false);
+    UI::Font normal(nullptr, Info("Arial", 12.0f));
+    EXPECT_NE(nullptr, normal.GetFreeTypeFont());
+    EXPECT_GT(normal.GetStringWidth("Hello"), 0u);
+    settings.RemoveValue("ForceSystemFontRenderer");
 }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sys/time.h>
@@ -175,6 +176,24 @@ TEST(StringWidthCacheFile, AMemoryOnlyCacheWritesNothing)
     cache.CacheStringWidth("x", Info("Face", 12.0f), 5);
     cache.Save();
     EXPECT_EQ(5u, *cache.GetCachedStringWidth("x", Info("Face", 12.0f)));
+}
+
+TEST(StringWidthCacheFile, WithoutAFolderTheUsersApplicationDataFolderServes)
+{
+    TempFolder data;
+    char const* const previous = std::getenv("XDG_DATA_HOME");
+    std::string const saved = previous ? previous : "";
+    setenv("XDG_DATA_HOME", data.Path().c_str(), 1);
+    {
+        UI::StringWidthCache cache(nullptr, String());
+        EXPECT_EQ(FilePath(data.File("stringCache.dat").c_str()), cache.GetFilePath());
+        cache.CacheStringWidth("x", Info("Face", 12.0f), 5);
+    }
+    if (previous)
+        setenv("XDG_DATA_HOME", saved.c_str(), 1);
+    else
+        unsetenv("XDG_DATA_HOME");
+    EXPECT_FALSE(readFile(data.File("stringCache.dat")).empty());
 }
 
 TEST(StringWidthCacheFile, AFolderThatIsMissingIsCreated)
