@@ -552,3 +552,63 @@ TEST(WindowProperties, PaletteChangesReachTheSubtreeOnRequest)
     root->NotifyPaletteChanged(true);
     EXPECT_EQ(log, (std::vector<std::string>{"Root:palette", "Child:palette", "Leaf:palette"}));
 }
+
+namespace
+{
+
+/// Notes its own end in a log that the test keeps alive longer than the window.
+class DyingWindow : public RecordingWindow
+{
+public:
+    DyingWindow(UI::Frame* frame, Window* parent, char const* name, UI::Test::Log* log)
+        : RecordingWindow(frame, parent, name, log)
+    {
+    }
+    ~DyingWindow() override
+    {
+        record(std::string("gone, children left ") + std::to_string(child_windows().size()));
+    }
+};
+
+} // namespace
+
+TEST(WindowTree, DestructionInvalidatesFirstThenDeletesChildrenFromTheTop)
+{
+    Scene s;
+    UI::Test::Log log;
+    {
+        DyingWindow* root = new DyingWindow(s.frame.get(), nullptr, "Root", &log);
+        root->SetGeometry(10, 10, 50, 50);
+        DyingWindow* a = new DyingWindow(s.frame.get(), root, "A", &log);
+        new DyingWindow(s.frame.get(), root, "B", &log);
+        new DyingWindow(s.frame.get(), a, "A1", &log);
+        s.Settle();
+
+        delete root;
+        // The subclass destructor runs first; the base then invalidates once and deletes the
+        // children from the top of the stack down, each emptying its own list first.
+        EXPECT_EQ(
+            log, (std::vector<std::string>{"Root:gone, children left 2", "B:gone, children left 0",
+                                           "A:gone, children left 1", "A1:gone, children left 0"}));
+        EXPECT_EQ(s.host.invalidated, (std::vector<Rect>{Rect(10, 59, 10, 59)}));
+        EXPECT_TRUE(s.frame->GetTopLevelWindows().empty());
+    }
+}
+
+TEST(WindowTree, AChildThatDiesAloneLeavesItsParent)
+{
+    Scene s;
+    RecordingWindow* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
+    Window* child = s.Make(root, "Child", 0, 0, 10, 10);
+    Window* sibling = s.Make(root, "Sibling", 0, 0, 10, 10);
+    delete child;
+    EXPECT_EQ(root->removed, (std::vector<Window*>{child}));
+    EXPECT_EQ(root->child_windows(), (std::vector<Window*>{sibling}));
+    EXPECT_EQ(root->FindChildWindow("Child"), nullptr);
+
+    // onChildDestroy is the parent's half of the same step.
+    root->onChildDestroy(sibling);
+    EXPECT_TRUE(root->child_windows().empty());
+    EXPECT_EQ(root->removed.back(), sibling);
+    delete sibling;
+}
