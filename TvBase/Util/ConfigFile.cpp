@@ -60,20 +60,37 @@ String listingPath(String const& path)
     return toString(text);
 }
 
-bool readNumber(ConfigStore& store, String const& path, std::int64_t& number)
+/// Settings never throw: when memory runs out, a read gives its default and a write is dropped.
+template <typename Result, typename Body>
+Result guarded(Result const& fallback, Body body) noexcept
 {
-    ConfigValue value;
-    if (!store.Read(normalizedPath(path), value) || value.kind != ConfigValue::Number)
-        return false;
-    number = value.number;
-    return true;
+    try
+    {
+        return body();
+    }
+    catch (...)
+    {
+        return fallback;
+    }
+}
+
+template <typename Body>
+void guarded(Body body) noexcept
+{
+    try
+    {
+        body();
+    }
+    catch (...)
+    {
+    }
 }
 
 } // namespace
 
-ConfigFile::ConfigFile(String const& domainName)
-    : domain(domainName), store(&ConfigStore::Get(hostText(domainName)))
+ConfigFile::ConfigFile(String const& domainName) : domain(domainName), store(nullptr)
 {
+    guarded([&] { store = &ConfigStore::Get(hostText(domainName)); });
 }
 
 ConfigFile::~ConfigFile()
@@ -84,67 +101,100 @@ ConfigFile::~ConfigFile()
 void ConfigFile::GetKeyNames(std::vector<String>& names, String const& path) const
 {
     names.clear();
-    String requested = listingPath(path).ToLower();
-    std::set<String> keys;
-    for (String const& name : collectNames(*store))
-    {
-        checked_value<unsigned int> slash = name.FindRev('/');
-        String keyPath = slash ? name.Left(*slash) : String();
-        if (!requested.IsEmpty())
+    if (!store)
+        return;
+    guarded(
+        [&]
         {
-            unsigned int n = requested.Length();
-            if (keyPath.Length() <= n || keyPath[n] != '/' ||
-                keyPath.Left(n).ToLower() != requested)
-                continue;
-            keyPath = keyPath.Mid(n + 1);
-        }
-        checked_value<unsigned int> first = keyPath.Find('/');
-        if (first)
-            keyPath = keyPath.Left(*first);
-        if (!keyPath.IsEmpty())
-            keys.insert(keyPath);
-    }
-    names.assign(keys.begin(), keys.end());
+            String requested = listingPath(path).ToLower();
+            std::set<String> keys;
+            for (String const& name : collectNames(*store))
+            {
+                checked_value<unsigned int> slash = name.FindRev('/');
+                String keyPath = slash ? name.Left(*slash) : String();
+                if (!requested.IsEmpty())
+                {
+                    // Below the requested key: it, then "/", then at least one more byte.
+                    unsigned int n = requested.Length();
+                    if (keyPath.Length() <= n || keyPath[n] != '/' ||
+                        keyPath.Left(n).ToLower() != requested)
+                        continue;
+                    keyPath = keyPath.Mid(n + 1);
+                }
+                checked_value<unsigned int> first = keyPath.Find('/');
+                if (first)
+                    keyPath = keyPath.Left(*first);
+                if (!keyPath.IsEmpty())
+                    keys.insert(keyPath);
+            }
+            names.assign(keys.begin(), keys.end());
+        });
 }
 
 void ConfigFile::GetValueNames(std::vector<String>& names, String const& path) const
 {
     names.clear();
-    String requested = listingPath(path).ToLower();
-    for (String const& name : collectNames(*store))
-    {
-        checked_value<unsigned int> slash = name.FindRev('/');
-        String keyPath = slash ? name.Left(*slash) : String();
-        String valueName = slash ? name.Mid(*slash + 1) : name;
-        if (keyPath.ToLower() == requested)
-            names.push_back(valueName.IsNull() ? String("") : valueName);
-    }
+    if (!store)
+        return;
+    guarded(
+        [&]
+        {
+            String requested = listingPath(path).ToLower();
+            for (String const& name : collectNames(*store))
+            {
+                checked_value<unsigned int> slash = name.FindRev('/');
+                String keyPath = slash ? name.Left(*slash) : String();
+                String valueName = slash ? name.Mid(*slash + 1) : name;
+                if (keyPath.ToLower() == requested)
+                    names.push_back(valueName.IsNull() ? String("") : valueName);
+            }
+        });
+}
+
+bool ConfigFile::read(String const& path, detail::ConfigValue& value) const
+{
+    return store && guarded(false, [&] { return store->Read(normalizedPath(path), value); });
+}
+
+bool ConfigFile::write(int scope, String const& path, detail::ConfigValue const& value)
+{
+    return store &&
+           guarded(false,
+                   [&]
+                   {
+                       store->Write(static_cast<ConfigScope>(scope), normalizedPath(path), value);
+                       return true;
+                   });
 }
 
 String ConfigFile::GetString(String const& path, String const& defaultValue) const
 {
     ConfigValue value;
-    if (!store->Read(normalizedPath(path), value) || value.kind != ConfigValue::Text)
+    if (!read(path, value) || value.kind != ConfigValue::Text)
         return defaultValue;
-    return toString(value.bytes);
+    return guarded(defaultValue, [&] { return toString(value.bytes); });
 }
 
 void ConfigFile::SetString(String const& path, String const& value)
 {
-    store->Write(detail::ScopeCurrentUserAnyHost, normalizedPath(path),
-                 ConfigValue::MakeText(hostText(value)));
+    guarded(
+        [&]
+        { write(detail::ScopeCurrentUserAnyHost, path, ConfigValue::MakeText(hostText(value))); });
 }
 
 void ConfigFile::SetStringLegacyLocation(String const& path, String const& value)
 {
-    store->Write(detail::ScopeCurrentUserCurrentHost, normalizedPath(path),
-                 ConfigValue::MakeText(hostText(value)));
+    guarded(
+        [&] {
+            write(detail::ScopeCurrentUserCurrentHost, path,
+                  ConfigValue::MakeText(hostText(value)));
+        });
 }
 
 float ConfigFile::GetFloat(String const& path, float defaultValue) const
 {
     ConfigValue value;
-    if (!store->Read(normalizedPath(path), value) || value.kind != ConfigValue::Data)
+    if (!read(path, value) || value.kind != ConfigValue::Data)
         return defaultValue;
     auto const* b = reinterpret_cast<unsigned char const*>(value.bytes.data());
     float result;
@@ -167,16 +217,21 @@ float ConfigFile::GetFloat(String const& path, float defaultValue) const
 void ConfigFile::SetFloat(String const& path, float value)
 {
     // Four zero bytes, then the single in the machine's (little-endian) order.
-    std::string bytes(8, '\0');
-    std::memcpy(&bytes[4], &value, sizeof value);
-    store->Write(detail::ScopeCurrentUserAnyHost, normalizedPath(path),
-                 ConfigValue::MakeData(bytes));
+    guarded(
+        [&]
+        {
+            std::string bytes(8, '\0');
+            std::memcpy(&bytes[4], &value, sizeof value);
+            write(detail::ScopeCurrentUserAnyHost, path, ConfigValue::MakeData(bytes));
+        });
 }
 
 bool ConfigFile::GetBool(String const& path, bool defaultValue) const
 {
-    std::int64_t number;
-    return readNumber(*store, path, number) ? number != 0 : defaultValue;
+    ConfigValue value;
+    if (!read(path, value) || value.kind != ConfigValue::Number)
+        return defaultValue;
+    return value.number != 0;
 }
 
 bool ConfigFile::SetBool(String const& path, bool value)
@@ -186,8 +241,7 @@ bool ConfigFile::SetBool(String const& path, bool value)
 
 unsigned int ConfigFile::GetUInt(String const& path, unsigned int defaultValue) const
 {
-    std::int64_t number;
-    return readNumber(*store, path, number) ? static_cast<unsigned int>(number) : defaultValue;
+    return static_cast<unsigned int>(GetInt(path, static_cast<int>(defaultValue)));
 }
 
 bool ConfigFile::SetUInt(String const& path, unsigned int value)
@@ -197,95 +251,96 @@ bool ConfigFile::SetUInt(String const& path, unsigned int value)
 
 void ConfigFile::SetUIntLegacyLocation(String const& path, unsigned int value)
 {
-    store->Write(detail::ScopeCurrentUserCurrentHost, normalizedPath(path),
-                 ConfigValue::MakeNumber(static_cast<int>(value)));
+    write(detail::ScopeCurrentUserCurrentHost, path,
+          ConfigValue::MakeNumber(static_cast<int>(value)));
 }
 
 int ConfigFile::GetInt(String const& path, int defaultValue) const
 {
-    std::int64_t number;
-    return readNumber(*store, path, number) ? static_cast<int>(number) : defaultValue;
+    ConfigValue value;
+    if (!read(path, value) || value.kind != ConfigValue::Number)
+        return defaultValue;
+    return static_cast<int>(static_cast<std::uint32_t>(value.number));
 }
 
 bool ConfigFile::SetInt(String const& path, int value)
 {
-    store->Write(detail::ScopeCurrentUserAnyHost, normalizedPath(path),
-                 ConfigValue::MakeNumber(value));
-    return true;
+    return write(detail::ScopeCurrentUserAnyHost, path, ConfigValue::MakeNumber(value));
 }
 
 unsigned int ConfigFile::GetUInt64(String const& path, unsigned long long defaultValue) const
 {
     // Read as 64 bits, handed back as the low 32, the default likewise.
-    std::int64_t number;
-    if (!readNumber(*store, path, number))
+    ConfigValue value;
+    if (!read(path, value) || value.kind != ConfigValue::Number)
         return static_cast<unsigned int>(defaultValue);
-    return static_cast<unsigned int>(static_cast<std::uint64_t>(number));
+    return static_cast<unsigned int>(static_cast<std::uint64_t>(value.number));
 }
 
 void ConfigFile::SetUInt64(String const& path, unsigned long long value)
 {
-    store->Write(detail::ScopeCurrentUserAnyHost, normalizedPath(path),
-                 ConfigValue::MakeNumber(static_cast<std::int64_t>(value)));
+    write(detail::ScopeCurrentUserAnyHost, path,
+          ConfigValue::MakeNumber(static_cast<std::int64_t>(value)));
 }
 
 bool ConfigFile::GetBinary(String const& path, std::vector<unsigned char>& data) const
 {
     data.clear();
     ConfigValue value;
-    if (!store->Read(normalizedPath(path), value) || value.kind != ConfigValue::Data)
+    if (!read(path, value) || value.kind != ConfigValue::Data)
         return false;
     if (value.bytes.empty() || value.bytes.size() > 1000000)
         return false;
-    try
-    {
-        data.assign(value.bytes.begin(), value.bytes.end());
-    }
-    catch (std::bad_alloc const&)
-    {
+    bool copied =
+        guarded(false, [&] { return data.assign(value.bytes.begin(), value.bytes.end()), true; });
+    if (!copied)
         data.clear();
-        return false;
-    }
-    return true;
+    return copied;
 }
 
 bool ConfigFile::SetBinary(String const& path, unsigned char const* data, unsigned long length)
 {
     if (!data && length > 0)
         return false;
-    try
-    {
-        std::string bytes(reinterpret_cast<char const*>(data), length);
-        store->Write(detail::ScopeCurrentUserAnyHost, normalizedPath(path),
-                     ConfigValue::MakeData(std::move(bytes)));
-    }
-    catch (std::exception const&)
-    {
-        return false;
-    }
-    return true;
+    return guarded(false,
+                   [&]
+                   {
+                       std::string bytes(reinterpret_cast<char const*>(data), length);
+                       return write(detail::ScopeCurrentUserAnyHost, path,
+                                    ConfigValue::MakeData(std::move(bytes)));
+                   });
 }
 
 void ConfigFile::RemoveValue(String const& path)
 {
-    store->Remove(detail::ScopeCurrentUserAnyHost, normalizedPath(path));
+    if (!store)
+        return;
+    guarded([&] { store->Remove(detail::ScopeCurrentUserAnyHost, normalizedPath(path)); });
 }
 
 void ConfigFile::CopyPropertyFrom(String const& path, ConfigFile const& source)
 {
-    std::string name = hostText(path);
-    ConfigValue value;
-    if (!source.store->Read(name, value))
-    {
-        String("Key %1 not found!").Arg(path); // diagnostic only; dropped
+    if (!store || !source.store)
         return;
-    }
-    store->Write(detail::ScopeCurrentUserAnyHost, name, value);
+    guarded(
+        [&]
+        {
+            // The path as given: no normalising on this road.
+            std::string name = hostText(path);
+            ConfigValue value;
+            if (!source.store->Read(name, value))
+            {
+                String("Key %1 not found!").Arg(path); // diagnostic only; dropped
+                return;
+            }
+            store->Write(detail::ScopeCurrentUserAnyHost, name, value);
+        });
 }
 
 void ConfigFile::Synchronize() const
 {
-    store->Synchronize();
+    if (store)
+        guarded([&] { store->Synchronize(); });
 }
 
 } // namespace Util

@@ -10,7 +10,8 @@ namespace Util
 namespace detail
 {
 class ConfigStore;
-}
+struct ConfigValue;
+} // namespace detail
 
 /// A handle on one domain of the user's settings ("com.tavorin.updater"), seen as a tree of keys
 /// through "/" in flat value names.
@@ -100,8 +101,13 @@ public:
     void Synchronize() const;
 
 private:
+    /// The value that a read of `path` sees; false when none.
+    bool read(String const& path, detail::ConfigValue& value) const;
+    /// True when the value went into the store.
+    bool write(int scope, String const& path, detail::ConfigValue const& value);
+
     String domain;
-    /// Process-wide, never destroyed; not owned.
+    /// Process-wide, never destroyed; not owned. Null only when memory ran out at construction.
     detail::ConfigStore* store;
 };
 

@@ -710,7 +710,17 @@ Registry& registry()
 /// Writes what is still pending when the process ends normally.
 struct ExitFlusher
 {
-    ~ExitFlusher() { ConfigStore::SynchronizeAll(); }
+    ~ExitFlusher()
+    {
+        try
+        {
+            ConfigStore::SynchronizeAll();
+        }
+        catch (...)
+        {
+            // Out of memory at the very end: what was not written is lost, quietly.
+        }
+    }
 } exitFlusher;
 
 } // namespace
