@@ -23,6 +23,7 @@ tv_test(ThreadTest THREADS
 
 tv_test(HttpTest THREADS
   SOURCES tests/TvBase/Network/HttpTest.cpp tests/support/HttpFixture.cpp
+          tests/support/TempFolder.cpp
   DEPS tv_network)
 
 tv_test(DeploymentURLTest

@@ -14,7 +14,8 @@ extern char** environ;
 namespace TestSupport
 {
 
-HttpFixture::HttpFixture(std::string const& root, bool logRequests)
+HttpFixture::HttpFixture(std::string const& root, bool logRequests,
+                         std::string const& tlsCertificate, std::string const& tlsKey)
 {
     int input[2];
     int output[2];
@@ -39,6 +40,14 @@ HttpFixture::HttpFixture(std::string const& root, bool logRequests)
         argv.push_back(rootArgument.c_str());
     if (!logRequests)
         argv.push_back("--quiet");
+    std::string const certificateArgument = "--tls-cert=" + tlsCertificate;
+    std::string const keyArgument = "--tls-key=" + tlsKey;
+    if (!tlsCertificate.empty())
+    {
+        argv.push_back(certificateArgument.c_str());
+        argv.push_back(keyArgument.c_str());
+        scheme = "https://";
+    }
     argv.push_back(nullptr);
     int spawned = posix_spawnp(&child, "python3", &actions, nullptr,
                                const_cast<char**>(argv.data()), environ);
@@ -72,7 +81,7 @@ HttpFixture::~HttpFixture()
 
 std::string HttpFixture::Url(std::string const& path) const
 {
-    return "http://127.0.0.1:" + std::to_string(port) + path;
+    return scheme + "127.0.0.1:" + std::to_string(port) + path;
 }
 
 std::string HttpFixture::BacklogUrl(std::string const& path) const

@@ -14,13 +14,16 @@ public:
     /// Starts the server; `root` is the folder served under "/root/" (none when empty).
     /// `IsRunning` says whether it came up. Without `logRequests` the server does not report
     /// requests (a caller that makes thousands of them without reading would block it).
-    explicit HttpFixture(std::string const& root = std::string(), bool logRequests = true);
+    /// With `tlsCertificate` and `tlsKey` (PEM files) it speaks https.
+    explicit HttpFixture(std::string const& root = std::string(), bool logRequests = true,
+                         std::string const& tlsCertificate = std::string(),
+                         std::string const& tlsKey = std::string());
     ~HttpFixture();
     HttpFixture(HttpFixture const&) = delete;
     HttpFixture& operator=(HttpFixture const&) = delete;
 
     bool IsRunning() const { return port != 0; }
-    /// "http://127.0.0.1:<port><path>".
+    /// "http://127.0.0.1:<port><path>" ("https://" when serving TLS).
     std::string Url(std::string const& path) const;
     /// A port that accepts connections into its backlog but never serves them.
     std::string BacklogUrl(std::string const& path) const;
@@ -38,6 +41,7 @@ private:
     int toChild = -1;
     int fromChild = -1;
     std::string buffered;
+    std::string scheme = "http://";
     int port = 0;
     int backlogPort = 0;
     int closedPort = 0;

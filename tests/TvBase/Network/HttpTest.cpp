@@ -1,10 +1,12 @@
 #include "TvBase/Network/Http.h"
 
 #include "tests/support/HttpFixture.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <string>
 #include <thread>
 
@@ -293,4 +295,25 @@ TEST(HttpExceptions, CarryTheirTypeAndMessage)
     EXPECT_EQ(String(""), cancel.GetMessage());
     ::Exception::Base const& base = error;
     EXPECT_NE(nullptr, strstr(base.ToString().CStr(), "CFReadStreamOpen failed."));
+}
+
+TEST(HttpTls, CertificateIsVerified)
+{
+    TestSupport::TempFolder keys("tv-http-tls");
+    std::string const certificate = keys.Path() + "/cert.pem";
+    std::string const key = keys.Path() + "/key.pem";
+    std::string const make = "openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj "
+                             "/CN=127.0.0.1 -keyout '" +
+                             key + "' -out '" + certificate + "' >/dev/null 2>&1";
+    if (std::system(make.c_str()) != 0)
+        GTEST_SKIP() << "openssl could not make a test certificate";
+    HttpFixture server(keys.Path(), true, certificate, key);
+    ASSERT_TRUE(server.IsRunning());
+
+    // A self-signed certificate must be refused: 60 is the peer-verification failure.
+    Http http;
+    http.Get(server.Url("/file").c_str(), 60000);
+    ASSERT_TRUE(http.WaitForHelper(60000));
+    EXPECT_EQ(String("Internal stream error 1, 60"), http.GetError());
+    EXPECT_TRUE(http.GetRawData()->empty());
 }
