@@ -325,14 +325,24 @@ void ScaleBlt(unsigned int const* src, int srcStride, UI::Rect const& srcRect, u
         int const n = std::min(kScaleChunk, d.Width() - chunk);
         for (int c = 0; c < n; ++c)
             scaleSpan(chunk + c, sx, s.Width() - 1, starts[c], counts[c]);
+        int previousStart = -1;
+        int previousRows = 0;
         for (int r = 0; r < d.Height(); ++r)
         {
             int rowStart = 0;
             int rows = 0;
             scaleSpan(r, sy, s.Height() - 1, rowStart, rows);
-            kernels.scaleRow(src + static_cast<long>(s.top + rowStart) * srcStride + s.left,
-                             srcStride, rows, detail::ScaleSpans{starts, counts}, n,
-                             dst + static_cast<long>(d.top + r) * dstStride + d.left + chunk);
+            unsigned int* out = dst + static_cast<long>(d.top + r) * dstStride + d.left + chunk;
+            // Enlarging repeats source rows: a row with the same span as the one above is the
+            // same row.
+            if (rowStart == previousStart && rows == previousRows)
+                std::memcpy(out, out - dstStride,
+                            static_cast<std::size_t>(n) * sizeof(unsigned int));
+            else
+                kernels.scaleRow(src + static_cast<long>(s.top + rowStart) * srcStride + s.left,
+                                 srcStride, rows, detail::ScaleSpans{starts, counts}, n, out);
+            previousStart = rowStart;
+            previousRows = rows;
         }
     }
 }

@@ -30,3 +30,7 @@ tv_test(tv_pixels_tests
     tests/Canvas/UI/LineInfoTest.cpp
     tests/Canvas/UI/MemoryDrawContextTest.cpp
   DEPS tv_pixels)
+
+tv_bench(tv_pixels_bench
+  SOURCES bench/BlitBench.cpp
+  DEPS tv_pixels PkgConfig::PIXMAN)

@@ -65,9 +65,31 @@ struct Avx2
     static I mullo16(I a, I b) { return _mm256_mullo_epi16(a, b); }
     static I mulhiu16(I a, I b) { return _mm256_mulhi_epu16(a, b); }
     static I add16(I a, I b) { return _mm256_add_epi16(a, b); }
+    static I sub16(I a, I b) { return _mm256_sub_epi16(a, b); }
+    template <int N>
+    static I slli16(I v)
+    {
+        return _mm256_slli_epi16(v, N);
+    }
+    /// Weights in the low byte of each 32-bit lane, spread by byte shuffles over the four 16-bit
+    /// channel lanes of the low and high pixel pairs of each half.
+    static void spreadWeights(I w32, I& lo, I& hi)
+    {
+        I const toLo = _mm256_setr_epi8(0, -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1, 0,
+                                        -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1);
+        I const toHi = _mm256_setr_epi8(8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1,
+                                        8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1);
+        lo = _mm256_shuffle_epi8(w32, toLo);
+        hi = _mm256_shuffle_epi8(w32, toHi);
+    }
+    static I select(I mask, I a, I b) { return _mm256_blendv_epi8(b, a, mask); }
     static I addsu8(I a, I b) { return _mm256_adds_epu8(a, b); }
     static I maxu8(I a, I b) { return _mm256_max_epu8(a, b); }
     static bool allSet(I mask) { return _mm256_movemask_epi8(mask) == -1; }
+    /// No bit of `bits` is set in any lane of `v`.
+    static bool noBitsOf(I v, I bits) { return _mm256_testz_si256(v, bits) != 0; }
+    /// Every bit of `bits` is set in every lane of `v`.
+    static bool allBitsOf(I v, I bits) { return _mm256_testc_si256(v, bits) != 0; }
     static F cvtepi32(I v) { return _mm256_cvtepi32_ps(v); }
     static I cvtps(F v) { return _mm256_cvtps_epi32(v); }
     static F mulps(F a, F b) { return _mm256_mul_ps(a, b); }

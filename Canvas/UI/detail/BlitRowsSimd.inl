@@ -4,6 +4,8 @@
 //
 // The blend kernel works per channel in 16-bit lanes: (s * w + d * (255 - w) + 128) >> 8 never
 // carries out of a channel, so it equals the packed red-blue / green form of the reference.
+// The lane operations themselves are the builds' own: each instruction set spreads weights and
+// selects lanes in its cheapest way.
 // Weights that come from float arithmetic use the same operations in the same order as the
 // reference and round with the processor's round-to-nearest-even, as lrintf does.
 //
@@ -15,25 +17,29 @@ typename V::I blendLanes(typename V::I s, typename V::I d, typename V::I w32)
 {
     using I = typename V::I;
     I const zero = V::zero();
-    I const c255 = V::set1x16(255);
-    I const round = V::set1x16(128);
-    I const w16 = V::or_(w32, V::template slli32<16>(w32));
-    I const wlo = V::unpacklo32(w16, w16);
-    I const whi = V::unpackhi32(w16, w16);
-    I lo = V::add16(V::mullo16(V::unpacklo8(s, zero), wlo),
-                    V::mullo16(V::unpacklo8(d, zero), V::xor_(wlo, c255)));
-    I hi = V::add16(V::mullo16(V::unpackhi8(s, zero), whi),
-                    V::mullo16(V::unpackhi8(d, zero), V::xor_(whi, c255)));
-    lo = V::template srli16<8>(V::add16(lo, round));
-    hi = V::template srli16<8>(V::add16(hi, round));
+    I wlo;
+    I whi;
+    V::spreadWeights(w32, wlo, whi);
+    // s * w + d * (255 - w) + 128 == (s - d) * w + (d << 8) + 128 - d. The true value lies in
+    // 0..65535, so computing it modulo 2^16 with one multiply gives it exactly; (d << 8) + 128
+    // comes straight from interleaving d above a byte of 128.
+    I const half = V::set1(0x80808080u);
+    I const slo = V::unpacklo8(s, zero);
+    I const shi = V::unpackhi8(s, zero);
+    I const dlo = V::unpacklo8(d, zero);
+    I const dhi = V::unpackhi8(d, zero);
+    I lo = V::add16(V::mullo16(V::sub16(slo, dlo), wlo), V::sub16(V::unpacklo8(half, d), dlo));
+    I hi = V::add16(V::mullo16(V::sub16(shi, dhi), whi), V::sub16(V::unpackhi8(half, d), dhi));
+    lo = V::template srli16<8>(lo);
+    hi = V::template srli16<8>(hi);
     return V::or_(V::packus16(lo, hi), V::set1(0xFF000000u));
 }
 
-/// Lanes of `a` where `mask` is set, otherwise of `b`.
+/// Lanes of `a` where `mask` (whole 32-bit lanes) is set, otherwise of `b`.
 template <class V>
 typename V::I select(typename V::I mask, typename V::I a, typename V::I b)
 {
-    return V::or_(V::and_(mask, a), V::andnot(mask, b));
+    return V::select(mask, a, b);
 }
 
 /// Pixels to do before `dst + x` is aligned to the vector width, at most `count`.
@@ -62,22 +68,22 @@ template <class V>
 void blendPixelAlphaRowT(unsigned int const* src, unsigned int* dst, int count)
 {
     using I = typename V::I;
+    I const alphaMask = V::set1(0xFF000000u);
     int x = 0;
     for (int head = headCount<V>(dst, count); x < head; ++x)
         dst[x] = ComposePixel(src[x], dst[x], src[x] >> 24);
     for (; x + V::lanes <= count; x += V::lanes)
     {
         I const s = V::loadu(src + x);
-        I const a = V::template srli32<24>(s);
         // Whole runs of clear or opaque pixels are common in images: skip the arithmetic.
-        if (V::allSet(V::cmpeq32(a, V::zero())))
+        if (V::noBitsOf(s, alphaMask))
             continue;
-        if (V::allSet(V::cmpeq32(a, V::set1(255))))
+        if (V::allBitsOf(s, alphaMask))
         {
             V::store(dst + x, s);
             continue;
         }
-        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), a));
+        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), V::template srli32<24>(s)));
     }
     for (; x < count; ++x)
         dst[x] = ComposePixel(src[x], dst[x], src[x] >> 24);
@@ -175,6 +181,39 @@ void fillRowT(unsigned int* dst, int count, unsigned int color)
 /// Spans above this many pixels could overflow the 32-bit lane sums; they go the scalar way,
 /// which sums in 64 bits. Below it both paths convert the same exact integers.
 int const kMaxVectorSpan = 1 << 23;
+/// Up to this many pixels the channel sums fit 16-bit lanes (257 * 255 = 65535).
+int const kMaxNarrowSpan = 257;
+
+/// The channel sums of `rows` by `cols` pixels as four 32-bit lanes (blue, green, red, alpha).
+__m128i sumSpan(unsigned int const* p, int srcStride, int rows, int cols)
+{
+    __m128i const zero = _mm_setzero_si128();
+    if (rows * cols <= kMaxNarrowSpan)
+    {
+        // Two pixels a step in 16-bit lanes, folded together at the end.
+        __m128i acc = zero;
+        for (int y = 0; y < rows; ++y, p += srcStride)
+        {
+            int c = 0;
+            for (; c + 2 <= cols; c += 2)
+                acc = _mm_add_epi16(
+                    acc, _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<__m128i const*>(p + c)),
+                                           zero));
+            if (c < cols)
+                acc = _mm_add_epi16(
+                    acc, _mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int>(p[c])), zero));
+        }
+        return _mm_unpacklo_epi16(_mm_add_epi16(acc, _mm_srli_si128(acc, 8)), zero);
+    }
+    __m128i acc = zero;
+    for (int y = 0; y < rows; ++y, p += srcStride)
+        for (int c = 0; c < cols; ++c)
+        {
+            __m128i const one = _mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int>(p[c])), zero);
+            acc = _mm_add_epi32(acc, _mm_unpacklo_epi16(one, zero));
+        }
+    return acc;
+}
 
 /// One resampled row. Each destination pixel sums its span with the four channels side by side
 /// in one 128-bit register.
@@ -186,30 +225,19 @@ void scaleRowVector(unsigned int const* src, int srcStride, int rows, ScaleSpans
     {
         int const cols = spans.count[x];
         unsigned int const* p = src + spans.start[x];
-        if ((rows == 1 && cols == 1) || rows * cols > kMaxVectorSpan)
+        if (rows == 1 && cols == 1)
+        {
+            dst[x] = *p;
+            continue;
+        }
+        if (rows * cols > kMaxVectorSpan)
         {
             dst[x] = AveragePixels(p, srcStride, rows, cols);
             continue;
         }
-        __m128i acc = zero;
-        for (int y = 0; y < rows; ++y, p += srcStride)
-        {
-            int c = 0;
-            for (; c + 2 <= cols; c += 2)
-            {
-                __m128i two = _mm_unpacklo_epi8(
-                    _mm_loadl_epi64(reinterpret_cast<__m128i const*>(p + c)), zero);
-                acc = _mm_add_epi32(acc, _mm_unpacklo_epi16(two, zero));
-                acc = _mm_add_epi32(acc, _mm_unpackhi_epi16(two, zero));
-            }
-            if (c < cols)
-            {
-                __m128i one = _mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int>(p[c])), zero);
-                acc = _mm_add_epi32(acc, _mm_unpacklo_epi16(one, zero));
-            }
-        }
         __m128 const scale = _mm_set1_ps(1.0f / static_cast<float>(rows * cols));
-        __m128i const avg = _mm_cvtps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(acc), scale));
+        __m128i const sum = sumSpan(p, srcStride, rows, cols);
+        __m128i const avg = _mm_cvtps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(sum), scale));
         __m128i const packed = _mm_packus_epi16(_mm_packs_epi32(avg, zero), zero);
         dst[x] = static_cast<unsigned int>(_mm_cvtsi128_si32(packed));
     }

@@ -57,9 +57,37 @@ struct Sse2
     static I mullo16(I a, I b) { return _mm_mullo_epi16(a, b); }
     static I mulhiu16(I a, I b) { return _mm_mulhi_epu16(a, b); }
     static I add16(I a, I b) { return _mm_add_epi16(a, b); }
+    static I sub16(I a, I b) { return _mm_sub_epi16(a, b); }
+    template <int N>
+    static I slli16(I v)
+    {
+        return _mm_slli_epi16(v, N);
+    }
+    /// Weights in the low byte of each 32-bit lane, spread over the four 16-bit channel lanes of
+    /// the low and high pixel pairs.
+    static void spreadWeights(I w32, I& lo, I& hi)
+    {
+        I const w16 = _mm_or_si128(w32, _mm_slli_epi32(w32, 16));
+        lo = _mm_unpacklo_epi32(w16, w16);
+        hi = _mm_unpackhi_epi32(w16, w16);
+    }
+    static I select(I mask, I a, I b)
+    {
+        return _mm_or_si128(_mm_and_si128(mask, a), _mm_andnot_si128(mask, b));
+    }
     static I addsu8(I a, I b) { return _mm_adds_epu8(a, b); }
     static I maxu8(I a, I b) { return _mm_max_epu8(a, b); }
     static bool allSet(I mask) { return _mm_movemask_epi8(mask) == 0xFFFF; }
+    /// No bit of `bits` is set in any lane of `v`.
+    static bool noBitsOf(I v, I bits)
+    {
+        return allSet(_mm_cmpeq_epi32(_mm_and_si128(v, bits), _mm_setzero_si128()));
+    }
+    /// Every bit of `bits` is set in every lane of `v`.
+    static bool allBitsOf(I v, I bits)
+    {
+        return allSet(_mm_cmpeq_epi32(_mm_and_si128(v, bits), bits));
+    }
     static F cvtepi32(I v) { return _mm_cvtepi32_ps(v); }
     static I cvtps(F v) { return _mm_cvtps_epi32(v); }
     static F mulps(F a, F b) { return _mm_mul_ps(a, b); }

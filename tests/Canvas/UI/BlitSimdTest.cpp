@@ -99,17 +99,21 @@ TEST(BlitSimd, SolidBoxAndFillMatchScalar)
 TEST(BlitSimd, ScaleRowMatchesScalarForEverySpan)
 {
     std::mt19937 random(4);
-    PixelTestImage src(64, 9, 67, 0);
+    PixelTestImage src(64, 20, 67, 0);
     src.Randomize(random);
     BlitRowKernels const& scalar = UI::detail::GetScalarBlitRowKernels();
+    // Spans up to 9 by 9, and spans of 17 rows by up to 20 columns, past the point where the
+    // vector path widens its sums from 16 to 32 bits.
+    std::vector<int> rowCounts = {1, 2, 3, 4, 5, 6, 7, 8, 9, 17, 20};
     for (SimdLevel level : vectorLevels())
     {
         BlitRowKernels const& vector = UI::detail::GetBlitRowKernels(level);
-        for (int rows = 1; rows <= 9; ++rows)
+        for (int rows : rowCounts)
         {
             std::vector<int> starts;
             std::vector<int> counts;
-            for (int cols = 1; cols <= 9; ++cols)
+            int const maxCols = rows > 9 ? 20 : 9;
+            for (int cols = 1; cols <= maxCols; ++cols)
                 for (int start = 0; start + cols <= 64; start += 7)
                 {
                     starts.push_back(start);

@@ -7,8 +7,8 @@
 /// A plain pixel buffer for tests, with a guard band around it that no blit may touch.
 struct PixelTestImage
 {
-    static int const kGuard = 64;
-    static unsigned int const kGuardValue = 0xDEADBEEF;
+    static constexpr int kGuard = 64;
+    static constexpr unsigned int kGuardValue = 0xDEADBEEF;
 
     PixelTestImage(int w, int h, int s, unsigned int fill)
         : width(w), height(h), stride(s),
