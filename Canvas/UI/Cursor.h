@@ -1,10 +1,20 @@
 #pragma once
 
+#include "Canvas/UI/Rect.h"
+#include "TvBase/Util/String.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <vector>
+
 namespace UI
 {
 
-/// A mouse cursor as the toolkit names it: a shape and a decoration. Copies compare equal when
-/// they name the same cursor. Turning it into a host cursor is the host window's business.
+class DIBits;
+
+/// A mouse cursor as the toolkit names it: a shape and a decoration, or a named cursor made from
+/// mono masks. Copies share one host cursor, made on first use by `GetHandle`; copies compare
+/// equal when they name the same cursor. Host cursors are made and shown on the main thread.
 class Cursor
 {
 public:
@@ -30,7 +40,9 @@ public:
         DecoratedCross = 16,
         GrabbingHand = 18,
         Lasso = 19,
-        MagicWand = 20
+        MagicWand = 20,
+        /// A cursor made from masks by the named constructor.
+        Custom = 1000
     };
     /// The mark drawn at a shape's plus-minus point.
     enum CursorDecoration
@@ -40,22 +52,87 @@ public:
         Minus = 2
     };
 
+    /// What a host cursor is asked to look like: which host cursor, or which pixels.
+    struct Picture
+    {
+        enum Kind
+        {
+            /// The host's own cursor `system`.
+            System,
+            /// Two-colour masks: `andMask` and `xorMask`, one bit a pixel, rows of
+            /// (width + 7) / 8 bytes, most significant bit first. AND 1 keeps the screen, XOR 1
+            /// then inverts it; AND 0 paints black (XOR 0) or white (XOR 1).
+            Mono,
+            /// Colour pixels in `bits`.
+            Color
+        };
+        /// Host cursors that the toolkit names.
+        enum SystemCursor
+        {
+            SystemArrow,
+            SystemPointingHand,
+            SystemOpenHand,
+            SystemClosedHand,
+            SystemResizeUpDown,
+            SystemResizeLeftRight,
+            SystemIBeam,
+            SystemCrosshair,
+            SystemBusy
+        };
+        Kind kind = System;
+        SystemCursor system = SystemArrow;
+        Size size;
+        Point hotSpot;
+        std::vector<unsigned char> andMask;
+        std::vector<unsigned char> xorMask;
+        boost::shared_ptr<DIBits> bits;
+    };
+
     /// The arrow.
-    Cursor() = default;
-    Cursor(CursorShape s, CursorDecoration d = NoDecoration) : shape(s), decoration(d) {}
+    Cursor();
+    Cursor(CursorShape shape, CursorDecoration decoration = NoDecoration);
+    /// A cursor of the caller's own from mono masks (see `Picture::Mono`); `name` tells it
+    /// apart from others. Masks shorter than the size needs are padded with "keep the screen".
+    Cursor(String const& name, Size const& size, Point const& hotSpot,
+           std::vector<unsigned char> const& andMask, std::vector<unsigned char> const& xorMask);
 
     CursorShape GetShape() const { return shape; }
     CursorDecoration GetDecoration() const { return decoration; }
+    String const& GetName() const { return name; }
 
-    bool operator==(Cursor const& o) const
-    {
-        return shape == o.shape && decoration == o.decoration;
-    }
+    bool operator==(Cursor const& o) const;
     bool operator!=(Cursor const& o) const { return !(*this == o); }
 
+    /// The host cursor, made on first use and shared by every copy; null without a host (no
+    /// display) or when the host refuses.
+    boost::shared_ptr<void> GetHandle() const;
+    /// What the host cursor of this cursor looks like: a host cursor, the toolkit's masks with
+    /// the decoration drawn in, or the lasso and wand pictures (the arrow when missing).
+    Picture GetPicture() const;
+
+    /// Makes `cursor` the host's current cursor unless it already is.
+    static void SetCursor(Cursor const& cursor);
+    /// `SetCursor` with the arrow.
+    static void SetStandardCursor();
+    /// The mouse position on the screen.
+    static Point GetScreenPos();
+    /// A host cursor from mono masks (see `Picture::Mono`) with `decoration` drawn at the
+    /// plus-minus point `markAt`; null without a host.
+    static boost::shared_ptr<void> CreateNSCursor(Size const& size, Point const& hotSpot,
+                                                  std::vector<unsigned char> const& andMask,
+                                                  std::vector<unsigned char> const& xorMask,
+                                                  CursorDecoration decoration, Point const& markAt);
+    /// A host cursor from colour pixels; null for null bits or without a host.
+    static boost::shared_ptr<void> CreateNSCursor(boost::shared_ptr<DIBits> const& bits,
+                                                  Point const& hotSpot);
+
 private:
-    CursorShape shape = Arrow;
-    CursorDecoration decoration = NoDecoration;
+    struct Shared;
+
+    CursorShape shape;
+    CursorDecoration decoration;
+    String name;
+    boost::shared_ptr<Shared> shared;
 };
 
 } // namespace UI
