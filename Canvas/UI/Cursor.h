@@ -89,8 +89,11 @@ public:
     };
 
     /// The arrow.
-    Cursor();
-    Cursor(CursorShape shape, CursorDecoration decoration = NoDecoration);
+    Cursor() : shape(Arrow), decoration(NoDecoration) {}
+    Cursor(CursorShape shape, CursorDecoration decoration = NoDecoration)
+        : shape(shape), decoration(decoration)
+    {
+    }
     /// A cursor of the caller's own from mono masks (see `Picture::Mono`); `name` tells it
     /// apart from others. Masks shorter than the size needs are padded with "keep the screen".
     Cursor(String const& name, Size const& size, Point const& hotSpot,
@@ -100,7 +103,10 @@ public:
     CursorDecoration GetDecoration() const { return decoration; }
     String const& GetName() const { return name; }
 
-    bool operator==(Cursor const& o) const;
+    bool operator==(Cursor const& o) const
+    {
+        return shape == o.shape && decoration == o.decoration && name == o.name;
+    }
     bool operator!=(Cursor const& o) const { return !(*this == o); }
 
     /// The host cursor, made on first use and shared by every copy; null without a host (no
