@@ -512,14 +512,14 @@ bool ConfigStore::loadFromDisk(Scope& scope, bool locked)
     std::shared_ptr<void> dict = result == ReadResult::Unreadable ? nullptr : parse(text);
     if (dict)
     {
-        adoptDisk(scope, dict, text);
+        adoptDisk(scope, std::move(dict), std::move(text));
         return true;
     }
 
     // Damaged. The any-user files are not ours to move: they read as empty.
     if (!scope.writable)
     {
-        adoptDisk(scope, own(plist_new_dict()), text);
+        adoptDisk(scope, own(plist_new_dict()), std::move(text));
         return true;
     }
     if (!locked)
@@ -617,18 +617,6 @@ bool ConfigStore::Read(std::string const& name, ConfigValue& value)
         }
     }
     return false;
-}
-
-bool ConfigStore::ReadScope(ConfigScope which, std::string const& name, ConfigValue& value)
-{
-    std::lock_guard<std::mutex> guard(mutex);
-    Scope& scope = scopes[which];
-    ensureLoaded(scope);
-    auto found = scope.values.find(name);
-    if (found == scope.values.end())
-        return false;
-    value = found->second;
-    return true;
 }
 
 void ConfigStore::Write(ConfigScope which, std::string const& name, ConfigValue const& value)

@@ -84,8 +84,6 @@ public:
     /// The first value of `name` in the read order (current user before any user, current host
     /// before any host); false when no scope holds it.
     bool Read(std::string const& name, ConfigValue& value);
-    /// The value of `name` in one scope only.
-    bool ReadScope(ConfigScope scope, std::string const& name, ConfigValue& value);
     /// Writes into one of the two current-user scopes, in memory at once.
     void Write(ConfigScope scope, std::string const& name, ConfigValue const& value);
     /// Removes from one of the current-user scopes; true when a value was there.
@@ -95,8 +93,6 @@ public:
     /// Writes pending changes (merging with other processes' writes) and reloads changed files.
     /// False when some change could not reach disk; it stays pending for the next call.
     bool Synchronize();
-
-    std::string const& GetFile(ConfigScope scope) const { return scopes[scope].file; }
 
     ConfigStore(ConfigStore const&) = delete;
     ConfigStore& operator=(ConfigStore const&) = delete;
