@@ -11,12 +11,26 @@
 
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, size_t size)
 {
-    static std::string const folder = []
+    // One scratch folder for the whole run, removed when the fuzzer exits normally.
+    struct Scratch
     {
-        char pattern[] = "/tmp/tv-stringcache-fuzz-XXXXXX";
-        char const* made = mkdtemp(pattern);
-        return std::string(made ? made : "/tmp");
-    }();
+        std::string folder;
+        Scratch()
+        {
+            char pattern[] = "/tmp/tv-stringcache-fuzz-XXXXXX";
+            if (char const* made = mkdtemp(pattern))
+                folder = made;
+        }
+        ~Scratch()
+        {
+            if (!folder.empty())
+                rmdir(folder.c_str());
+        }
+    };
+    static Scratch const scratch;
+    if (scratch.folder.empty())
+        return 0;
+    std::string const& folder = scratch.folder;
     std::string const file = folder + "/stringCache.dat";
     if (FILE* out = std::fopen(file.c_str(), "wb"))
     {

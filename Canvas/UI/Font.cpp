@@ -35,6 +35,23 @@ void reportNoRenderer(FontInfo const& info, char const* reason)
 #endif
 }
 
+// fontconfig is started once and its caches released at exit.
+struct FontconfigSession
+{
+    bool started = FcInit() != FcFalse;
+    ~FontconfigSession()
+    {
+        if (started)
+            FcFini();
+    }
+};
+
+bool startFontconfig()
+{
+    static FontconfigSession const session;
+    return session.started;
+}
+
 bool readForceSystemRenderer()
 {
     return Util::ConfigFile("com.tavorin").GetBool("ForceSystemFontRenderer", false);
@@ -137,7 +154,7 @@ FilePath Font::GetNSFontForInfo(FontInfo const& fontInfo)
 // metric-compatible faces), not one of the generic defaults that follow them.
 FilePath Font::GetNSFontForInfo(String const& faceName, bool bold, bool italic)
 {
-    if (faceName.IsEmpty() || !FcInit())
+    if (faceName.IsEmpty() || !startFontconfig())
         return FilePath();
     FcPattern* const pattern = FcPatternCreate();
     if (!pattern)

@@ -4,7 +4,7 @@
 //   1. Helpers: font file search, bitmap reading, placement arithmetic
 //   2. Opening a face
 //   3. Glyphs and measuring
-//   4. Drawing with the coverage cache
+//   4. Drawing from cached glyph coverage and text runs
 //   5. Drawing as first written (every glyph loaded and rendered twice)
 //   6. Targets: sections, images and the rendered-string cache
 
@@ -438,6 +438,12 @@ boost::shared_ptr<FreeTypeFont::GlyphCoverage> FreeTypeFont::getCoverage(unsigne
         coverage->grey.capture(slot);
     if (FT_GlyphSlot slot = loadAndRender(face, index, loadFlags, FT_RENDER_MODE_MONO))
         coverage->mono.capture(slot);
+    // Pixel places are kept in 16 bits: a glyph thousands of pixels tall draws nothing.
+    int const limit = 16000;
+    for (CapturedBitmap* bitmap : {&coverage->grey, &coverage->mono})
+        if (bitmap->ok && (std::abs(bitmap->left) > limit || std::abs(bitmap->top) > limit ||
+                           bitmap->width > limit || bitmap->rows > limit))
+            *bitmap = CapturedBitmap();
     if (coverage->grey.ok && coverage->mono.ok)
         coverage->collectCovered();
     coverageCache[index] = coverage;
