@@ -109,14 +109,24 @@ private:
     typedef conv_transform<curved_stroked> curved_stroked_trans;
     typedef conv_transform<curved> curved_trans;
 
-    void require_path(char const* who);
+    void begin_segment();
+    void curve_end(double x, double y, double cx, double cy, char kind);
 
     path_storage vertices;
     std::vector<path_attributes> attributes;
     std::vector<path_attributes> attr_stack;
     curved curve;
     curved_stroked stroked;
-    bool in_path = false;
+    // The pen, kept here rather than read back from the storage: after "z" the pen is back at
+    // the start of the outline, which relative commands need and the storage doesn't record.
+    double cur_x = 0.0;
+    double cur_y = 0.0;
+    double start_x = 0.0;
+    double start_y = 0.0;
+    double ctrl_x = 0.0; ///< last control point, for the smooth curves
+    double ctrl_y = 0.0;
+    char last_curve = 0; ///< 'q' or 'c' after such a curve, otherwise 0
+    bool has_current = false;
 };
 
 template <class Rasterizer, class Scanline, class Renderer>

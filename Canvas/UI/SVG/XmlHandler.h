@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Canvas/UI/SVG/Exception.h"
 #include "Canvas/UI/SVG/Parser.h"
 #include "TvBase/Util/XMLSAXParser.h"
 
@@ -9,8 +8,8 @@ namespace agg
 namespace svg
 {
 
-/// Feeds the events of `Util::XMLSAXParser` to an icon `parser`. The first error is kept and
-/// every later event ignored, so that the reader finishes cleanly and what was read stays.
+/// Feeds the events of `Util::XMLSAXParser` to an icon `parser`. An `agg::svg::exception` from
+/// the parser passes out of `Util::XMLSAXParser::Parse`, which stops there.
 class svg_xml_handler : public Util::XMLSAXParserHandler
 {
 public:
@@ -21,13 +20,8 @@ public:
     void HandleEndElement(char const* name) override;
     void HandleCharacters(char const* text) override;
 
-    bool failed() const { return error_flag; }
-    exception const& error() const { return first_error; }
-
 private:
     parser& target;
-    bool error_flag = false;
-    exception first_error;
 };
 
 } // namespace svg
