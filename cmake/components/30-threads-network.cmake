@@ -28,6 +28,7 @@ tv_test(HttpTest THREADS
 
 tv_test(DeploymentURLTest
   SOURCES tests/TvBase/Network/DeploymentURLTest.cpp
+  LABELS network
   DEPS tv_network)
 
 tv_bench(HttpStallCpuBench
