@@ -30,7 +30,8 @@ function(tv_test name)
   target_link_libraries(${name} PRIVATE ${A_DEPS} GTest::gtest GTest::gtest_main Threads::Threads)
   target_compile_definitions(${name} PRIVATE TV_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                              TV_BINARY_DIR="${CMAKE_BINARY_DIR}")
-  set(labels ${A_LABELS})
+  # Every test carries at least one label, so that the property list never holds an empty value.
+  set(labels unit ${A_LABELS})
   if(A_THREADS)
     list(APPEND labels threads)
   endif()
