@@ -30,10 +30,15 @@ function(tv_test name)
   target_link_libraries(${name} PRIVATE ${A_DEPS} GTest::gtest GTest::gtest_main Threads::Threads)
   target_compile_definitions(${name} PRIVATE TV_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                              TV_BINARY_DIR="${CMAKE_BINARY_DIR}")
-  # Every test carries at least one label, so that the property list never holds an empty value.
-  set(labels unit ${A_LABELS})
+  # One label per test: a list would be split into separate properties on its way into the
+  # generated test script. Threaded tests are labelled "threads" so the ThreadSanitizer build
+  # can pick them.
   if(A_THREADS)
-    list(APPEND labels threads)
+    set(labels threads)
+  elseif(A_LABELS)
+    list(GET A_LABELS 0 labels)
+  else()
+    set(labels unit)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        PROPERTIES LABELS "${labels}" TIMEOUT 300)
