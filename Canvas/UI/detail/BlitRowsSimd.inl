@@ -215,14 +215,71 @@ __m128i sumSpan(unsigned int const* p, int srcStride, int rows, int cols)
     return acc;
 }
 
+/// Whether destination pixels x to x+3 average two columns each, side by side, as when halving.
+bool sidePairs(ScaleSpans spans, int x)
+{
+    int const first = spans.start[x];
+    for (int k = 0; k < 4; ++k)
+        if (spans.count[x + k] != 2 || spans.start[x + k] != first + 2 * k)
+            return false;
+    return true;
+}
+
+/// Four destination pixels from eight source columns by `rows` rows (at most 128, so that the
+/// sums fit 16-bit lanes), each channel summed, scaled by `scale` and rounded like the rest.
+__m128i averagePairs(unsigned int const* p, int srcStride, int rows, __m128 scale)
+{
+    __m128i const zero = _mm_setzero_si128();
+    __m128i acc0 = zero;
+    __m128i acc1 = zero;
+    __m128i acc2 = zero;
+    __m128i acc3 = zero;
+    for (int y = 0; y < rows; ++y, p += srcStride)
+    {
+        __m128i const v0 = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
+        __m128i const v1 = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p + 4));
+        acc0 = _mm_add_epi16(acc0, _mm_unpacklo_epi8(v0, zero));
+        acc1 = _mm_add_epi16(acc1, _mm_unpackhi_epi8(v0, zero));
+        acc2 = _mm_add_epi16(acc2, _mm_unpacklo_epi8(v1, zero));
+        acc3 = _mm_add_epi16(acc3, _mm_unpackhi_epi8(v1, zero));
+    }
+    // Each accumulator holds two neighbouring columns; fold them into one sum per pixel.
+    __m128i const s01 =
+        _mm_add_epi16(_mm_unpacklo_epi64(acc0, acc1), _mm_unpackhi_epi64(acc0, acc1));
+    __m128i const s23 =
+        _mm_add_epi16(_mm_unpacklo_epi64(acc2, acc3), _mm_unpackhi_epi64(acc2, acc3));
+    auto average = [&](__m128i sums)
+    { return _mm_cvtps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(sums), scale)); };
+    __m128i const a0 = average(_mm_unpacklo_epi16(s01, zero));
+    __m128i const a1 = average(_mm_unpackhi_epi16(s01, zero));
+    __m128i const a2 = average(_mm_unpacklo_epi16(s23, zero));
+    __m128i const a3 = average(_mm_unpackhi_epi16(s23, zero));
+    return _mm_packus_epi16(_mm_packs_epi32(a0, a1), _mm_packs_epi32(a2, a3));
+}
+
 /// One resampled row. Each destination pixel sums its span with the four channels side by side
 /// in one 128-bit register.
 void scaleRowVector(unsigned int const* src, int srcStride, int rows, ScaleSpans spans, int count,
                     unsigned int* dst)
 {
     __m128i const zero = _mm_setzero_si128();
+    // Neighbouring pixels mostly share a span width: keep 1/count instead of dividing each time.
+    int scaleCount = 0;
+    __m128 scale = _mm_setzero_ps();
     for (int x = 0; x < count; ++x)
     {
+        if (rows <= 128 && x + 4 <= count && sidePairs(spans, x))
+        {
+            if (rows * 2 != scaleCount)
+            {
+                scaleCount = rows * 2;
+                scale = _mm_set1_ps(1.0f / static_cast<float>(scaleCount));
+            }
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x),
+                             averagePairs(src + spans.start[x], srcStride, rows, scale));
+            x += 3;
+            continue;
+        }
         int const cols = spans.count[x];
         unsigned int const* p = src + spans.start[x];
         if (rows == 1 && cols == 1)
@@ -235,7 +292,11 @@ void scaleRowVector(unsigned int const* src, int srcStride, int rows, ScaleSpans
             dst[x] = AveragePixels(p, srcStride, rows, cols);
             continue;
         }
-        __m128 const scale = _mm_set1_ps(1.0f / static_cast<float>(rows * cols));
+        if (rows * cols != scaleCount)
+        {
+            scaleCount = rows * cols;
+            scale = _mm_set1_ps(1.0f / static_cast<float>(scaleCount));
+        }
         __m128i const sum = sumSpan(p, srcStride, rows, cols);
         __m128i const avg = _mm_cvtps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(sum), scale));
         __m128i const packed = _mm_packus_epi16(_mm_packs_epi32(avg, zero), zero);

@@ -130,6 +130,42 @@ TEST(BlitSimd, ScaleRowMatchesScalarForEverySpan)
     }
 }
 
+TEST(BlitSimd, ScaleRowMatchesScalarWhenHalving)
+{
+    // Runs of side-by-side two-column spans take a four-pixels-at-once path; break the runs in
+    // places and go past the 128 rows that path takes.
+    std::mt19937 random(5);
+    PixelTestImage src(80, 130, 80, 0);
+    src.Randomize(random);
+    std::vector<int> starts;
+    std::vector<int> counts;
+    for (int k = 0; k < 13; ++k)
+    {
+        starts.push_back(2 * k);
+        counts.push_back(2);
+    }
+    starts.push_back(26); // a one-column span breaks the run
+    counts.push_back(1);
+    for (int k = 0; k < 9; ++k)
+    {
+        starts.push_back(27 + 2 * k);
+        counts.push_back(k == 6 ? 3 : 2);
+    }
+    int const n = static_cast<int>(starts.size());
+    UI::detail::ScaleSpans const spans{starts.data(), counts.data()};
+    BlitRowKernels const& scalar = UI::detail::GetScalarBlitRowKernels();
+    for (SimdLevel level : vectorLevels())
+        for (int rows : {1, 2, 3, 127, 128, 129, 130})
+        {
+            std::vector<unsigned int> expected(n);
+            std::vector<unsigned int> actual(n);
+            scalar.scaleRow(src.bits(), 80, rows, spans, n, expected.data());
+            UI::detail::GetBlitRowKernels(level).scaleRow(src.bits(), 80, rows, spans, n,
+                                                          actual.data());
+            ASSERT_EQ(actual, expected) << nameOf(level) << " rows " << rows;
+        }
+}
+
 TEST(BlitSimd, BestLevelIsOneOfTheTested)
 {
     BlitRowKernels const* best = &UI::detail::GetBlitRowKernels();
