@@ -142,6 +142,12 @@ public:
     void removeSubtreeFromFocusOrder(Window* w);
     String const& GetLayoutName() const { return layoutName; }
     void SetLayoutName(String const& name) { layoutName = name; }
+    /// Loads the frame's layout (by its layout name) into the top-level windows, from the
+    /// resource override folder or the resources; false without a name or a valid file.
+    bool LoadLayout();
+    /// Writes the frame's layout file into the resource override folder; false without a layout
+    /// name or an override folder, or when the file cannot be written.
+    bool SaveLayout();
 
     // ---- input, called by the host; points are in native view coordinates
     bool HandleMouseMessage(MouseMessage message, Point const& point, unsigned int flags,

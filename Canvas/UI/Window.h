@@ -233,6 +233,17 @@ public:
     std::vector<String> const& GetDynamicLayoutMetricNames() const { return metricNames; }
     String const& GetLayoutName() const { return layoutName; }
     void SetLayoutName(String const& name) { layoutName = name; }
+    /// Loads the layout named by the layout name; false without one.
+    bool LoadLayout();
+    /// Loads "<layout folder>/<name>.layout", from the resource override folder when one is set
+    /// and the file is there, otherwise from the resources. False for an empty name or when no
+    /// valid layout is found. `Util::Exception::FileIO` from reading a file passes through.
+    bool LoadLayout(String const& name);
+    /// Loads the layout file at `path`; on success its base name becomes the layout name.
+    bool LoadLayoutExplicit(String const& path);
+    /// Writes this window's layout file into the resource override folder. False without a
+    /// layout name or an override folder, or when the file cannot be written.
+    bool SaveLayout(bool saveRootGeometry);
 
     // ---- palette
     /// Runs `onPaletteChange` on this window and, with `recursive`, on every descendant, parents
