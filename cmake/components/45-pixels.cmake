@@ -29,7 +29,7 @@ tv_test(tv_pixels_tests
     tests/Canvas/UI/BoxDrawingTest.cpp
     tests/Canvas/UI/LineInfoTest.cpp
     tests/Canvas/UI/MemoryDrawContextTest.cpp
-  DEPS tv_pixels)
+  DEPS tv_pixels tv_fonts) # the draw context's text goes to the font engine
 
 tv_bench(tv_pixels_bench
   SOURCES bench/BlitBench.cpp
