@@ -4,6 +4,8 @@
 #include "TvBase/Util/String.h"
 #include "TvBase/Util/XMLSAXParserHandler.h"
 
+struct _xmlError;
+
 namespace Util
 {
 
@@ -42,17 +44,19 @@ public:
     /// ones included), or null. Meaningful only inside a handler call.
     String GetEntityValue(char const* name);
 
-    /// Where the parser stands: inside a handler call, the reader's current line and column;
+    /// Where the parser stands: inside a handler call, the line and column libxml2's parser has
+    /// reached (it reads ahead of the events, so this is at the current node or past it);
     /// after a failed parse, where its first error was found; otherwise not present.
     checked_value<unsigned int> GetLineNumber() const;
     checked_value<unsigned int> GetColumnNumber() const;
     /// libxml2's text of the first error of the last parse, without its final line break; null
-    /// when the last parse had none.
+    /// when the last parse had none. An error that libxml2 recovers from (an undeclared
+    /// namespace prefix) is kept too, though `Parse` then succeeds.
     String GetErrorMessage() const { return errorMessage; }
 
 private:
     bool parseWith(_xmlTextReader* newReader);
-    static void recordError(void* self, void* error);
+    static void recordError(void* self, _xmlError* error);
 
     XMLSAXParserHandler* handler;
     _xmlTextReader* reader = nullptr;
