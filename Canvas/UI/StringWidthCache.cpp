@@ -90,9 +90,9 @@ bool StringWidthCache::KeyLess::operator()(KeyRef const& a, Key const& b) const
     return keyLess(*a.text, *a.info, b.text, b.info);
 }
 
-StringWidthCache::StringWidthCache(FontContext* canvas) : canvas(canvas) {}
+StringWidthCache::StringWidthCache(FontContext*) {}
 
-StringWidthCache::StringWidthCache(FontContext* canvas, String folder) : canvas(canvas)
+StringWidthCache::StringWidthCache(FontContext*, String folder)
 {
     FolderPath const where =
         folder.IsEmpty() ? Util::GetUserApplicationDataFolder() : FolderPath(folder);

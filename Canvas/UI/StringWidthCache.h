@@ -24,7 +24,8 @@ class FontContext;
 class StringWidthCache
 {
 public:
-    /// A cache in memory only: nothing is loaded or saved.
+    /// A cache in memory only: nothing is loaded or saved. The canvas that owns the cache is
+    /// named for symmetry with the fonts; the cache asks nothing of it.
     explicit StringWidthCache(FontContext* canvas);
     /// A cache kept in "stringCache.dat" in `folder`, or when that is empty in the user's
     /// application data folder (created when missing). Loads the file and checks the fonts'
@@ -96,7 +97,6 @@ private:
     void saveStringWidthCache();
     void storeFontModifiedTime(FilePath const& fontFile);
 
-    FontContext* canvas;
     FilePath file;
     bool hasPath = false;
     Entries entries;

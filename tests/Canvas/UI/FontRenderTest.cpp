@@ -129,8 +129,8 @@ TEST(FontCoverageCache, DrawsExactlyWhatTheTwoPassRendererDraws)
     char const* const texts[] = {"Hello, World",
                                  "AVATAR To Ty",
                                  "fjord -+: 12k",
-                                 "\xC3\x84pfel \xC3\xBC"
-                                 "ber \xE2\x82\xAC 5",
+                                 ("\xC3\x84pfel \xC3\xBC"
+                                  "ber \xE2\x82\xAC 5"),
                                  "a\xE4\xB8\x80z",
                                  "WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW",
                                  "i"};
