@@ -126,16 +126,16 @@ unsigned long long groundSum(unsigned int const* row, int left, int right)
     int x = left;
     unsigned long long sum = 0;
 #ifdef __SSE2__
-    __m128i const low = _mm_set1_epi32(0xFF);
-    __m128i lanes = _mm_setzero_si128(); // at most 1530 a pixel: no overflow within a row
+    // Bytes widened to 16 bits and multiplied pairwise: (blue + 3 green) and (2 red + 0 alpha)
+    // in each 32-bit lane. A lane gains at most 1020 a pixel, no overflow within a row.
+    __m128i const zero = _mm_setzero_si128();
+    __m128i const weights = _mm_set_epi16(0, 2, 3, 1, 0, 2, 3, 1);
+    __m128i lanes = _mm_setzero_si128();
     for (; x + 3 <= right; x += 4)
     {
         __m128i const p = _mm_loadu_si128(reinterpret_cast<__m128i const*>(row + x));
-        __m128i const b = _mm_and_si128(p, low);
-        __m128i const g = _mm_and_si128(_mm_srli_epi32(p, 8), low);
-        __m128i const r = _mm_and_si128(_mm_srli_epi32(p, 16), low);
-        lanes = _mm_add_epi32(lanes, _mm_add_epi32(_mm_add_epi32(b, _mm_slli_epi32(r, 1)),
-                                                   _mm_add_epi32(g, _mm_slli_epi32(g, 1))));
+        lanes = _mm_add_epi32(lanes, _mm_madd_epi16(_mm_unpacklo_epi8(p, zero), weights));
+        lanes = _mm_add_epi32(lanes, _mm_madd_epi16(_mm_unpackhi_epi8(p, zero), weights));
     }
     unsigned int parts[4];
     _mm_storeu_si128(reinterpret_cast<__m128i*>(parts), lanes);
