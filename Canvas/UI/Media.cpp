@@ -16,7 +16,7 @@ namespace UI
 namespace Media
 {
 
-value_range<float> const GAMMA_CORRECTION_RANGE(0.0f, 1.0f);
+value_range<float> const GAMMA_CORRECTION_RANGE(-1.0f, 1.0f);
 
 namespace
 {

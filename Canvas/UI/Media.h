@@ -17,7 +17,8 @@ namespace Media
 {
 
 /// The gammas that `GetPNGBits` maps onto exponents from 1.4 (the minimum, darkest) to 0.6 (the
-/// maximum, brightest); gamma 0 always means "as stored".
+/// maximum, brightest). It runs from -1 to 1, so that its middle, gamma 0, maps to exponent 1 and
+/// agrees with the rule that gamma 0 means "as stored".
 extern value_range<float> const GAMMA_CORRECTION_RANGE;
 
 /// The resource `name` from `Util::ResourceManager::Get()`, decoded. With `useCache` the bits

@@ -18,3 +18,19 @@ tv_library(tv_images
     Canvas/UI/ScreenShot.cpp
   DEPS tv_window tv_pixels tv_files tv_config tv_utilities
        PkgConfig::PNG PkgConfig::ZLIB PkgConfig::AGG)
+
+tv_test(tv_images_tests
+  SOURCES
+    tests/Canvas/UI/MediaTest.cpp
+    tests/Canvas/UI/StretchableBitsTest.cpp
+    tests/Canvas/UI/PNGTest.cpp
+    tests/Canvas/UI/SVG/SVGTest.cpp
+    tests/Canvas/UI/ScreenShotTest.cpp
+    tests/Canvas/UI/support/PngTestSupport.cpp
+    tests/support/TempFolder.cpp
+  DEPS tv_images)
+
+tv_bench(tv_images_bench SOURCES bench/ImageBench.cpp DEPS tv_images)
+
+tv_fuzz(PngDecodeFuzz SOURCES fuzz/PngDecodeFuzz.cpp DEPS tv_images)
+tv_fuzz(SvgParseFuzz SOURCES fuzz/SvgParseFuzz.cpp DEPS tv_images)
