@@ -131,12 +131,12 @@ private:
     unsigned int start(Info info, checked_value<unsigned int> const& after, bool force);
     void applyEnd(Info const& info);
     void applyAt(Info const& info, double t);
-    void activateChildren(unsigned int id, unsigned int now);
+    void activateChildren(unsigned int id, unsigned int startTick);
+    void endAnimation(unsigned int id, bool removeChildren, unsigned int childStart);
     unsigned int now() const;
 
     Frame* frame;
     bool enabled = true;
-    bool ready = true;
     std::map<unsigned int, Info> animations;
     boost::function<unsigned int()> clock;
 };

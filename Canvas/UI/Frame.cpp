@@ -16,6 +16,7 @@
 
 #include "Canvas/UI/Frame.h"
 
+#include "Canvas/UI/AnimationHandler.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Design.h"
@@ -131,6 +132,7 @@ Frame::Frame(Canvas* canvas, void* nativeHandle, DrawContext* context, Point con
     if (drawContext)
         drawContext->SetNativeWindowOffset(nativeOffset);
     design = new Design(this);
+    animationHandler = new AnimationHandler(this);
     if (!drawRect.IsEmpty())
         invalidRegions.push_back(drawRect);
     postUpdateMessage();
@@ -149,6 +151,8 @@ Frame::~Frame()
     }
     delete design;
     design = nullptr;
+    delete animationHandler;
+    animationHandler = nullptr;
     if (canvas)
         canvas->removeFrame(this);
 }
@@ -406,6 +410,8 @@ void Frame::onWindowDestroy(Window* w, bool frameChanging)
 {
     if (canvas)
         canvas->OnWindowDestroy(w);
+    if (animationHandler)
+        animationHandler->onWindowDestroy(w);
     mouseOver.erase(w);
     if (focus == w)
         focus = nullptr;
@@ -975,6 +981,7 @@ void Frame::eraseTimerAt(std::size_t index)
 
 void Frame::tickTimers()
 {
+    animationHandler->tick();
     unsigned int t = now();
     design->UpdateActive();
 

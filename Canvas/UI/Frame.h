@@ -23,6 +23,7 @@ class CommandInvocation;
 namespace UI
 {
 
+class AnimationHandler;
 class Canvas;
 class DIBits;
 class Design;
@@ -221,6 +222,8 @@ public:
     void SetDesignDisable(bool disable);
     bool IsDesignDisable() const { return designDisable; }
     Design* GetDesign() const { return design; }
+    /// The frame's animations, ticked first in `tickTimers`; owned.
+    AnimationHandler* GetAnimationHandler() const { return animationHandler; }
     /// Adds `delta` to the remainder kept for `id` (another id restarts it) and returns the
     /// whole steps once the remainder exceeds 1 in size; the fraction stays.
     int AccumulateWheelDelta(float delta, unsigned long long id);
@@ -281,6 +284,7 @@ private:
     checked_value<unsigned int> nextTimerIndex;
     bool tickingTimers = false;
     Design* design = nullptr;
+    AnimationHandler* animationHandler = nullptr;
     bool designDisable = false;
     std::set<Window*> mouseOver;
     bool mouseInside = false;

@@ -2,8 +2,10 @@
 
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 union SDL_Event;
@@ -75,6 +77,8 @@ public:
 
     // ---- for the host windows
     void registerWindow(HostWindowSDL* window);
+    /// Remembers `window` as the one most recently brought to the front.
+    void noteRaised(HostWindowSDL* window);
     void unregisterWindow(HostWindowSDL* window);
     bool isLive(HostWindow* window) const;
     HostWindowSDL* findWindow(unsigned int windowId) const;
@@ -92,8 +96,10 @@ private:
     bool videoTried = false;
     String initError;
     unsigned int eventType = 0;
-    bool quitting = false;
+    std::atomic<bool> quitting{false};
+    std::thread::id mainThread;
     int loopDepth = 0;
+    /// Live windows, the one most recently brought to the front last.
     std::vector<HostWindowSDL*> liveWindows;
     Cursor currentCursor;
     bool cursorSet = false;
