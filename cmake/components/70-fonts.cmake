@@ -41,3 +41,5 @@ endif()
 tv_fuzz(StringCacheFuzz
   SOURCES fuzz/StringCacheFuzz.cpp
   DEPS tv_fonts)
+# The text drawing loops are the hot path of every paint.
+set_source_files_properties(Canvas/UI/FreeTypeFont.cpp PROPERTIES COMPILE_OPTIONS -O3)
