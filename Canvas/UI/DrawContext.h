@@ -75,8 +75,9 @@ public:
     virtual void DrawDottedLine(UI::Orientation orientation, int position, int start, int end,
                                 unsigned int color, unsigned char alpha);
     virtual void DrawPoint(UI::Point const& point, unsigned int color, unsigned char alpha) = 0;
-    /// Text drawing belongs to the font engine; until a font can render, these draw nothing and
-    /// return an empty rectangle. They return the rectangle drawn.
+    /// Draws `text` with `font` at `point` (left, top), or placed by the alignments against
+    /// `point`, or centred in a non-empty `rect`. A null font, or one that can't render, draws
+    /// nothing. They return the rectangle drawn, in bitmap coordinates, or an empty one.
     virtual UI::Rect DrawText(UI::Font* font, UI::Point const& point, String const& text,
                               unsigned int color, unsigned char alpha) = 0;
     virtual UI::Rect DrawText(UI::Font* font, UI::Rect const& rect, UI::Point const& point,

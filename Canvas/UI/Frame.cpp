@@ -133,6 +133,8 @@ Frame::Frame(Canvas* canvas, void* nativeHandle, DrawContext* context, Point con
         drawContext->SetNativeWindowOffset(nativeOffset);
     design = new Design(this);
     animationHandler = new AnimationHandler(this);
+    if (canvas)
+        canvas->initializeFrame(this);
     if (!drawRect.IsEmpty())
         invalidRegions.push_back(drawRect);
     postUpdateMessage();

@@ -3,6 +3,7 @@
 #include "Canvas/UI/Cursor.h"
 #include "Canvas/UI/InputMessage.h"
 #include "Canvas/UI/Rect.h"
+#include "TvBase/Controller/KeyValueCoding.h"
 #include "TvBase/Util/Object.h"
 #include "TvBase/Util/Signal.h"
 #include "TvBase/Util/String.h"
@@ -46,7 +47,7 @@ class HostWindow;
 ///
 /// Owns its top-level windows (those with owned-by-parent set) and its design; does not own the
 /// draw context or the host window. Nothing paints until `SetDrawingEnabled(true)`.
-class Frame : public Object
+class Frame : public Object, public Controller::KeyValueCoding
 {
 public:
     /// One timer of a window; `SetTimer` hands out ids from 1, lowest free first.
@@ -75,8 +76,12 @@ public:
     /// Emitted by Tab before focus moves (true for shift-Tab) and by `SendFocusSignal`.
     Signal<bool> signalFocusTraversal;
 
-    virtual bool ExecuteCommand(Command::CommandInvocation const&) { return false; }
-    virtual bool ExecuteCommand(String const&, Window*) { return false; }
+    /// Both forms and `GetValueForKey` go to the canvas; false or empty without one.
+    virtual bool ExecuteCommand(Command::CommandInvocation const& invocation);
+    virtual bool ExecuteCommand(String const& id, Window* window);
+    boost::any GetValueForKey(String const& key) override;
+    /// `text` in the current language through the canvas's translator; unchanged without one.
+    String tr(String const& text, String const& context = String()) const;
     /// A hook for subclasses: true consumes the mouse message before the design and windows.
     virtual bool filterMouseMessage(MouseMessage, Point const&, unsigned int, int) { return false; }
 

@@ -3,6 +3,7 @@
 #include "Canvas/UI/BitBlt.h"
 #include "Canvas/UI/BoxDrawing.h"
 #include "Canvas/UI/DIBits.h"
+#include "Canvas/UI/Font.h"
 #include "Canvas/UI/LineInfo.h"
 #include "Canvas/UI/Native/DIBSection.h"
 #include "Canvas/UI/detail/PixelMath.h"
@@ -163,16 +164,22 @@ void MemoryDrawContext::DrawPoint(UI::Point const& point, unsigned int color, un
 
 // Text belongs to the font engine, which renders into the section; until a font can render,
 // nothing is drawn and the drawn rectangle is empty.
-UI::Rect MemoryDrawContext::DrawText(UI::Font*, UI::Point const&, String const&, unsigned int,
-                                     unsigned char)
+UI::Rect MemoryDrawContext::DrawText(UI::Font* font, UI::Point const& point, String const& text,
+                                     unsigned int color, unsigned char alpha)
 {
-    return UI::Rect();
+    return DrawText(font, UI::Rect(), point, text, color, alpha, UI::HAlignLeft, UI::VAlignTop);
 }
 
-UI::Rect MemoryDrawContext::DrawText(UI::Font*, UI::Rect const&, UI::Point const&, String const&,
-                                     unsigned int, unsigned char, UI::HAlignment, UI::VAlignment)
+UI::Rect MemoryDrawContext::DrawText(UI::Font* font, UI::Rect const& rect, UI::Point const& point,
+                                     String const& text, unsigned int color, unsigned char alpha,
+                                     UI::HAlignment hAlign, UI::VAlignment vAlign)
 {
-    return UI::Rect();
+    if (!font || !section || alpha == 0)
+        return UI::Rect();
+    // An empty box stays empty: the text is then placed by its point alone.
+    UI::Rect box = rect.IsEmpty() ? rect : rect.Offset(translation.x, translation.y);
+    return font->RenderText(point + translation, text, color | 0xFF000000u, alpha, clip,
+                            section.get(), hAlign, vAlign, box);
 }
 
 void MemoryDrawContext::BitBlt(UI::DIBits* bits, UI::Rect const& source,

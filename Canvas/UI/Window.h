@@ -249,6 +249,13 @@ public:
     /// Runs `onPaletteChange` on this window and, with `recursive`, on every descendant, parents
     /// before children.
     void NotifyPaletteChanged(bool recursive);
+    /// The canvas's palette entries; unset when the canvas has none.
+    checked_value<unsigned int> GetPaletteColor(String const& key) const;
+    checked_value<unsigned char> GetPaletteAlpha(String const& key) const;
+    checked_value<bool> GetPaletteBool(String const& key) const;
+    checked_value<int> GetPaletteInt(String const& key) const;
+    /// `text` in the current language, through the frame and the canvas's translator.
+    String tr(String const& text, String const& context = String()) const;
 
     // ---- virtual operations
     virtual void OnLayoutLoaded() {}
@@ -268,8 +275,9 @@ public:
     virtual String GetAccParamName() const { return String(""); }
     virtual bool ShouldAccessibilityIgnore() const { return true; }
     virtual void UpdateGenericAnimation(float) {}
-    virtual bool ExecuteCommand(Command::CommandInvocation const&) { return false; }
-    virtual bool ExecuteCommand(String const&, Window*) { return false; }
+    /// Both forms go to the frame, and through it to the canvas's commands.
+    virtual bool ExecuteCommand(Command::CommandInvocation const& invocation);
+    virtual bool ExecuteCommand(String const& id, Window* window);
     virtual bool ProcessTARequest(String const&, TestAutomation::RPCRequestInterface*,
                                   TestAutomation::RPCReplyInterface*)
     {

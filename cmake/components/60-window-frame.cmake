@@ -4,7 +4,6 @@ tv_library(tv_window
   SOURCES
     Canvas/UI/Window.cpp
     Canvas/UI/Frame.cpp
-    Canvas/UI/Canvas.cpp
     Canvas/UI/Design.cpp
     Canvas/UI/FocusIndicator.cpp
     Canvas/UI/HotDraw.cpp
