@@ -171,6 +171,16 @@ public:
     /// Handles what is pending and what arrives within `maxWaitMs`, timers included, then
     /// returns (for tests and modal waits).
     static void ProcessEvents(unsigned int maxWaitMs);
+
+    // ---- the inline editor of text fields
+    /// Shows a borderless single-line editor holding `text`, `width` pixels wide, whose first
+    /// line is centred on `point` (frame coordinates), and runs a nested loop until the user
+    /// leaves it. Enter accepts: true, with the edited text in `text`. Escape, a click outside
+    /// or the loss of focus cancels: false, `text` unchanged. A non-empty `charFilter` lists the
+    /// only characters that may be typed. False at once when no editor can be shown.
+    static bool ExecuteInlineEdit(Frame* frame, Point const& point, String& text, int width,
+                                  std::vector<char> const& charFilter, bool multiLine,
+                                  int justification);
 };
 
 /// A modal message with an OK button; without a display the text goes to the standard error.
