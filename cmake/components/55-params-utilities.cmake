@@ -62,3 +62,7 @@ tv_test(tv_xml_thread_tests THREADS
 tv_fuzz(XMLSAXFuzz
   SOURCES fuzz/XMLSAXFuzz.cpp
   DEPS tv_utilities)
+
+tv_bench(tv_utilities_bench
+  SOURCES bench/XMLSAXParserBench.cpp
+  DEPS tv_utilities PkgConfig::XML2)
