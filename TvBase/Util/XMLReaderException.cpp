@@ -13,16 +13,11 @@ XMLReader::XMLReader(String const& message, XMLSAXParser const* parser, String c
 {
 }
 
-String XMLReader::compose(String const& message, XMLSAXParser const* parser)
+String XMLReader::compose(String const& message, XMLSAXParser const*)
 {
-    String text = String("xml parse error: %1 at %2:%3").Arg(message);
-    if (!parser)
-        return text;
-    checked_value<unsigned int> const line = parser->GetLineNumber();
-    checked_value<unsigned int> const column = parser->GetColumnNumber();
-    if (!line.IsPresent() || !column.IsPresent())
-        return text;
-    return text.Arg(line.Get()).Arg(column.Get());
+    // Only the message is filled in: the position markers stay in the text as they are. The
+    // parser's line and column remain available from the parser itself.
+    return String("xml parse error: %1 at %2:%3").Arg(message);
 }
 
 } // namespace Exception

@@ -10,10 +10,9 @@ class XMLSAXParser;
 namespace Exception
 {
 
-/// A failure while reading XML. The message is "xml parse error: <message> at <line>:<column>",
-/// with the line and column of the parser at the time of construction (see
-/// `XMLSAXParser::GetLineNumber`). When the parser is null or has no position to give, the
-/// markers stay as they are: "xml parse error: <message> at %2:%3".
+/// A failure while reading XML. The message is "xml parse error: <message> at %2:%3": only the
+/// first marker is filled, and the position markers stay as they are. Callers that want the
+/// position ask the parser (`XMLSAXParser::GetLineNumber`, `GetColumnNumber`).
 class XMLReader : public ::Exception::Base
 {
 public:
