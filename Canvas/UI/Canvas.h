@@ -270,7 +270,6 @@ private:
     unsigned int number2;
     String resourcePath;
     String layoutFolder;
-    bool flag = true;
     std::unique_ptr<Util::PropertySerializer> propertySerializer;
     std::unique_ptr<PrimitiveFactory> primitiveFactory;
     std::unique_ptr<Command::CommandManager> commandManager;

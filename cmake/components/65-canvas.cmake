@@ -24,3 +24,7 @@ tv_test(tv_canvas_tests
     tests/Canvas/UI/CanvasTestSupport.cpp
     tests/support/TempFolder.cpp
   DEPS tv_canvas)
+
+tv_bench(tv_canvas_bench
+  SOURCES bench/CanvasBench.cpp
+  DEPS tv_canvas)
