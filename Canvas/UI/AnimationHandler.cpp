@@ -239,19 +239,16 @@ void AnimationHandler::tick()
         if (it == animations.end() || !it->second.active)
             continue;
         Info const& info = it->second;
-        unsigned int const end = info.start + info.duration;
-        // Times relative to the smallest of the three, so that a wrapped tick still orders.
-        unsigned int const base = std::min(t, std::min(info.start, end));
-        unsigned int const n = t - base;
-        unsigned int const s = info.start - base;
-        unsigned int const e = end - base;
-        if (s > n)
+        // Unsigned differences stay right across the clock's wrap; a start more than half the
+        // range away lies ahead.
+        unsigned int const elapsed = t - info.start;
+        if (elapsed > 0x7FFFFFFFu)
             continue;
         double f = 1.0;
-        if (e != s && n < e)
-            f = static_cast<double>(n - s) / (e - s);
-        if (n >= e)
-            finished.emplace_back(id, end);
+        if (info.duration != 0 && elapsed < info.duration)
+            f = static_cast<double>(elapsed) / info.duration;
+        if (elapsed >= info.duration)
+            finished.emplace_back(id, info.start + info.duration);
         Info copy = info;
         applyAt(copy, f);
     }

@@ -507,9 +507,13 @@ void HostWindowSDL::handleWindowEvent(SDL_Event const& event)
         signalMoved();
         break;
     case SDL_WINDOWEVENT_EXPOSED:
-        // The surface may have lost its pixels: the whole bitmap again.
+        // The surface may have lost its pixels: the whole bitmap again, at once. The frame keeps
+        // the exposed region listed, and the update posted here draws it once more.
         if (frame && frame->IsDrawingEnabled())
+        {
             frame->NativeDraw(frame->GetDrawRect(), nullptr);
+            PostUpdateMessage();
+        }
         break;
     case SDL_WINDOWEVENT_MINIMIZED:
         signalMinimized();
