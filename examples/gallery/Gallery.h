@@ -1,0 +1,40 @@
+#pragma once
+
+// The gallery's content: one function per section, each placing its widgets in a column below
+// the previous section. A new section is one more function and one more line in `Build`.
+
+#include "Canvas/UI/Window.h"
+
+namespace UI
+{
+class Edit;
+class Frame;
+} // namespace UI
+
+namespace Gallery
+{
+
+/// The window everything sits on: a plain background with a section title above each part.
+class Page : public UI::Window
+{
+public:
+    Page(UI::Frame* frame, String const& name);
+    void Draw(UI::DrawContext* context) override;
+
+    /// Adds a title text at `y` and returns the y below it.
+    int AddSectionTitle(String const& title, int y);
+};
+
+/// Builds every section on `page`; returns the height used.
+int Build(Page* page);
+
+/// One line of report on the standard output for each edit that the user accepted, so that
+/// scripts can follow what happened: "edited <name>: <text>".
+void ReportEdits(UI::Edit* edit);
+
+int AddLabels(Page* page, int y);
+int AddWrappedText(Page* page, int y);
+int AddEditFields(Page* page, int y);
+int AddToolTip(Page* page, int y);
+
+} // namespace Gallery

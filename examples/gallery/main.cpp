@@ -1,0 +1,88 @@
+// The widget gallery: labels, wrapped text, edit fields and a tool tip in one window, for
+// looking at the widgets by hand and for GUI tests.
+//
+//   tv-gallery [--exit-after-paint]
+//
+// Accepted edits are reported on the standard output as "edited <name>: <text>". Closing the
+// window or Ctrl+Q quits.
+
+#include "Canvas/UI/Canvas.h"
+#include "Canvas/UI/Frame.h"
+#include "Canvas/UI/Native/HostCanvasPlatform.h"
+#include "Canvas/UI/Native/HostWindow.h"
+#include "Canvas/UI/Native/PlatformSupportFactory.h"
+#include "Canvas/UI/SimpleToolTip.h"
+#include "TvBase/Util/ConfigFile.h"
+#include "TvBase/Util/ProcessInfo.h"
+#include "examples/gallery/Gallery.h"
+
+#include <boost/function.hpp>
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+int main(int argc, char** argv)
+{
+    bool exitAfterPaint = false;
+    for (int i = 1; i < argc; ++i)
+    {
+        if (!std::strcmp(argv[i], "--exit-after-paint"))
+            exitAfterPaint = true;
+        else
+        {
+            std::fprintf(stderr, "unknown argument: %s\n", argv[i]);
+            return 2;
+        }
+    }
+
+    Util::ConfigFile config(String("com.tavorin.gallery"));
+    UI::Canvas canvas("Gallery");
+    canvas.SetPlatform(
+        boost::shared_ptr<UI::CanvasPlatform>(new UI::Native::HostCanvasPlatform(&canvas)));
+    String const name("Gallery");
+    std::unique_ptr<UI::Native::HostWindow> host(
+        UI::Native::PlatformSupportFactory::CreateHostWindow(&canvas, name, nullptr, &config));
+    UI::Frame* frame = host->GetFrame();
+
+    Gallery::Page* page = new Gallery::Page(frame, "Gallery Page");
+    frame->SetTopLevelWindow(page);
+    int const height = Gallery::Build(page);
+
+    UI::Native::HostWindowStyle style;
+    style.resizable = true;
+    style.minimizable = true;
+    style.systemButtons = true;
+    if (!host->CreateSerialized(nullptr, nullptr, name,
+                                UI::Rect(UI::Point(100, 100), UI::Size(420, height)), false, false,
+                                style, false, true))
+    {
+        std::fprintf(stderr, "no window: is there a display?\n");
+        return 1;
+    }
+    UI::InstallCanvasToolTip(&canvas);
+
+    host->signalClose.Connect(nullptr, boost::function<void(UI::Native::HostWindow*)>(
+                                           [](UI::Native::HostWindow*) {
+                                               UI::Native::PlatformSupportFactory::QuitEventLoop();
+                                           }));
+    frame->SetDrawingEnabled(true);
+    host->StartMasterUpdateTimer(33);
+    host->Show(true);
+
+    if (exitAfterPaint)
+    {
+        unsigned long long const deadline = Util::GetTickCountMillis() + 5000;
+        do
+            UI::Native::PlatformSupportFactory::ProcessEvents(20);
+        while (!frame->GetInvalidRegions().empty() && Util::GetTickCountMillis() < deadline);
+    }
+    else
+    {
+        UI::Native::PlatformSupportFactory::RunEventLoop();
+    }
+    canvas.SetToolTip(nullptr, UI::Canvas::ToolTipTextSetter());
+    host.reset();
+    config.Synchronize();
+    return 0;
+}
