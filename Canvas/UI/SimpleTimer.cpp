@@ -68,10 +68,15 @@ void SimpleTimer::staticCallback(boost::shared_ptr<SimpleTimerHandle> const& han
         return;
     boost::shared_ptr<CanvasUICodeToken> token = keep->token;
     CanvasUICodeTokenSentry sentry(token.get());
-    keep->busy = true;
+    // Cleared on every exit, an exception from the function included.
+    struct Busy
+    {
+        bool& flag;
+        explicit Busy(bool& f) : flag(f) { flag = true; }
+        ~Busy() { flag = false; }
+    } busy(keep->busy);
     boost::function<void()> function = keep->timer->function;
     function();
-    keep->busy = false;
 }
 
 } // namespace UI

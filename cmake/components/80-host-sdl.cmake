@@ -54,3 +54,10 @@ tv_executable(hostwindow-demo
 tv_bench(tv_host_bench
   SOURCES bench/HostWindowBench.cpp tests/Canvas/UI/Native/SDL/GuiTestSupport.cpp
   DEPS tv_host PkgConfig::SDL2)
+
+# The frame's tests stand an in-memory host window on the host-window base class, whose
+# platform-independent half lives in tv_host.
+target_link_libraries(tv_window_tests PRIVATE tv_host)
+if(TARGET tv_frame_bench)
+  target_link_libraries(tv_frame_bench PRIVATE tv_host)
+endif()
