@@ -1,0 +1,209 @@
+#include "Canvas/UI/OnOffButton.h"
+
+#include "Canvas/UI/DIBits.h"
+#include "Canvas/UI/DrawContext.h"
+#include "Canvas/UI/StretchableBits.h"
+#include "Canvas/UI/detail/ButtonDrawing.h"
+
+namespace UI
+{
+
+OnOffButton::OnOffButton(Frame* frame, Window* parent, String const& name)
+    : PixmapButton(frame, parent, name, Immediate), ParamView<bool>(this, true)
+{
+    init();
+}
+
+OnOffButton::OnOffButton(Frame* frame, Window* parent, String const& name,
+                         Controller::BoolParam* param)
+    : PixmapButton(frame, parent, name, Immediate), ParamView<bool>(this, false)
+{
+    init();
+    SetController(param);
+}
+
+OnOffButton::OnOffButton(Frame* frame, Window* parent, String const& name, String const& keyPath)
+    : PixmapButton(frame, parent, name, Immediate), ParamView<bool>(this, false)
+{
+    init();
+    SetControllerFromID(keyPath);
+}
+
+OnOffButton::~OnOffButton()
+{
+    if (pulseTimer && pulseRegistered)
+        pulseTimer->Unregister(this);
+}
+
+void OnOffButton::init()
+{
+    signalClicked.Connect(&OnOffButton::slotClicked, this);
+    signalAltClicked.Connect(&OnOffButton::slotResetDefault, this);
+    CreateProperty("Caption", String(""));
+    GetPropertyChangedSignal("Caption")->Connect(static_cast<void (Window::*)()>(&Window::Update),
+                                                 this);
+}
+
+void OnOffButton::slotClicked()
+{
+    if (!controller || settingFromUser)
+        return;
+    settingFromUser = true;
+    controller->SetWithGesture(!controller->get());
+    settingFromUser = false;
+    signalUserToggled();
+    postUndoEvent();
+    Update();
+    onPostUserToggled();
+}
+
+void OnOffButton::slotResetDefault()
+{
+    if (!controller || settingFromUser)
+        return;
+    settingFromUser = true;
+    controller->SetWithGesture(controller->GetDefault());
+    settingFromUser = false;
+    Update();
+}
+
+void OnOffButton::SetOn(bool on)
+{
+    if (controller)
+        controller->set(on);
+    else
+        SetPressed(on);
+}
+
+bool OnOffButton::IsOn() const
+{
+    return controller ? controller->get() : IsPressed();
+}
+
+void OnOffButton::onControllerValueChanged(bool value)
+{
+    SetPressed(value);
+    updatePulseOverlayRegistration();
+}
+
+void OnOffButton::onRebindController()
+{
+    if (controller)
+        onControllerValueChanged(controller->get());
+}
+
+void OnOffButton::SetCaption(String const& caption)
+{
+    SetProperty<String>("Caption", caption);
+}
+
+String OnOffButton::GetCaption() const
+{
+    checked_value<String> caption = GetProperty<String>("Caption");
+    return caption ? *caption : String("");
+}
+
+void OnOffButton::SetCaptionColors(unsigned int off, unsigned int on, unsigned int disabledOff,
+                                   unsigned int disabledOn)
+{
+    captionColors[0] = off;
+    captionColors[1] = on;
+    captionColors[2] = disabledOff;
+    captionColors[3] = disabledOn;
+    Update();
+}
+
+void OnOffButton::SetCaption(String const& caption, unsigned int off, unsigned int on,
+                             unsigned int disabledOff, unsigned int disabledOn)
+{
+    SetCaptionColors(off, on, disabledOff, disabledOn);
+    SetCaption(caption);
+}
+
+void OnOffButton::SetStretchableOnOffPixmaps(String const& prefix, int left, int right, int top,
+                                             int bottom)
+{
+    stretchOff.reset(new StretchableBits(prefix + "Normal.png", left, right, top, bottom));
+    stretchOn.reset(new StretchableBits(prefix + "Pressed.png", left, right, top, bottom));
+    onSetGeometry();
+    Update();
+}
+
+void OnOffButton::onSetGeometry()
+{
+    if (stretchOff)
+        stretchOff->Resize(GetWidth(), GetHeight());
+    if (stretchOn)
+        stretchOn->Resize(GetWidth(), GetHeight());
+}
+
+void OnOffButton::SetPulseOverlayTimer(PulseOverlayTimer* timer)
+{
+    if (pulseTimer && pulseRegistered)
+        pulseTimer->Unregister(this);
+    pulseRegistered = false;
+    pulseTimer = timer;
+    pulseAlpha = 255;
+    updatePulseOverlayRegistration();
+}
+
+void OnOffButton::updatePulseOverlayRegistration()
+{
+    bool const want = pulseTimer && IsOn();
+    if (want == pulseRegistered)
+        return;
+    pulseRegistered = want;
+    if (want)
+    {
+        pulseTimer->Register(this, true);
+        return;
+    }
+    pulseTimer->Unregister(this);
+    pulseAlpha = 255;
+    Update();
+}
+
+void OnOffButton::onPulseOverlayChange(State, unsigned int alpha)
+{
+    pulseAlpha = alpha;
+    Update();
+}
+
+unsigned char OnOffButton::getOverlayAlpha() const
+{
+    if (!pulseRegistered)
+        return GetEffectiveAlpha();
+    return (unsigned char)(GetEffectiveAlpha() * pulseAlpha / 255);
+}
+
+void OnOffButton::postUndoEvent()
+{
+    if (!controller)
+        return;
+    signalUndoEvent(
+        String("%1: %2").Arg(controller->GetName()).Arg(String(controller->get() ? "On" : "Off")));
+}
+
+void OnOffButton::Draw(DrawContext* context)
+{
+    StretchableBits* stretched = IsPressed() ? stretchOn.get() : stretchOff.get();
+    if (stretched && stretched->GetBits())
+    {
+        DIBits* bits = stretched->GetBits();
+        context->BitBlt(bits, Rect(Point(), bits->GetSize()), Point(), getBitsAlpha());
+        Point at;
+        if (DIBits* overlay = getOverlayBits(at))
+            context->BitBlt(overlay, Rect(Point(), overlay->GetSize()), at, getOverlayAlpha());
+        Window::Draw(context);
+    }
+    else
+    {
+        PixmapButton::Draw(context);
+    }
+    unsigned int const color = captionColors[(IsEnabled() ? 0 : 2) + (IsPressed() ? 1 : 0)];
+    detail::DrawCentredText(context, detail::WindowFont(this, checked_value<unsigned int>()),
+                            GetCaption(), GetGeometry().GetSize(), Point(), color,
+                            detail::CombineAlpha(color, GetEffectiveAlpha()), true);
+}
+
+} // namespace UI

@@ -1,0 +1,186 @@
+#include "Canvas/UI/PushButton.h"
+
+#include "Canvas/UI/DrawContext.h"
+#include "Canvas/UI/MultiText.h"
+#include "Canvas/UI/detail/ButtonDrawing.h"
+
+namespace UI
+{
+
+namespace
+{
+char const* const kCaption = "Caption Text";
+char const* const kLabel = "Label Text";
+char const* const kCaptionOffset = "Caption Offset";
+char const* const kLabelOffset = "Label Offset";
+char const* const kPreRender = "Enable Pre-rendered Caption Text";
+char const* const kFill = "Fill Color";
+char const* const kCaptionColor = "Caption Color";
+char const* const kLabelColor = "Label Color";
+char const* const kBorder = "Border Color";
+unsigned int const kDefaultText = 0xFF000000u;
+} // namespace
+
+PushButton::PushButton(Frame* frame, Window* parent, String const& name, String const& caption,
+                       String const& labelText, checked_value<unsigned int> const& captionFont,
+                       checked_value<unsigned int> const& labelFont)
+    : Button(frame, parent, name, Momentary), captionFont(captionFont)
+{
+    label = new MultiText(frame, this, String("%1 Label Text").Arg(name), labelText, labelFont);
+    label->SetDynamicLayoutMode(DynamicLayoutNever);
+
+    CreateProperty(kCaption, caption);
+    CreateProperty(kLabel, labelText);
+    CreateProperty(kCaptionOffset, Point());
+    CreateProperty(kLabelOffset, Point());
+    CreateProperty(kPreRender, false);
+    CreateProperty(kFill, String(""));
+    CreateProperty(kCaptionColor, String(""));
+    CreateProperty(kLabelColor, String(""));
+    CreateProperty(kBorder, String(""));
+    for (char const* property : {kCaption, kLabel, kCaptionOffset, kLabelOffset, kPreRender, kFill,
+                                 kCaptionColor, kLabelColor, kBorder})
+        GetPropertyChangedSignal(property)->Connect(&PushButton::slotPropertyChanged, this,
+                                                    String(property));
+    placeLabel();
+}
+
+PushButton::~PushButton() = default;
+
+String PushButton::stringProperty(char const* name) const
+{
+    checked_value<String> value = GetProperty<String>(name);
+    return value ? *value : String("");
+}
+
+void PushButton::SetCaption(String const& text)
+{
+    SetProperty<String>(kCaption, text);
+}
+
+String PushButton::GetCaption() const
+{
+    return stringProperty(kCaption);
+}
+
+void PushButton::SetLabel(String const& text)
+{
+    SetProperty<String>(kLabel, text);
+}
+
+String PushButton::GetLabel() const
+{
+    return stringProperty(kLabel);
+}
+
+void PushButton::SetCaptionOffset(Point const& offset)
+{
+    SetProperty<Point>(kCaptionOffset, offset);
+}
+
+void PushButton::SetLabelOffset(Point const& offset)
+{
+    SetProperty<Point>(kLabelOffset, offset);
+}
+
+void PushButton::SetCaptionFont(checked_value<unsigned int> const& font)
+{
+    captionFont = font;
+    Update();
+}
+
+void PushButton::SetEllipsize(bool on)
+{
+    ellipsize = on;
+    Update();
+}
+
+void PushButton::SetFillColorKey(String const& key)
+{
+    SetProperty<String>(kFill, key);
+}
+
+void PushButton::SetCaptionColorKey(String const& key)
+{
+    SetProperty<String>(kCaptionColor, key);
+}
+
+void PushButton::SetLabelColorKey(String const& key)
+{
+    SetProperty<String>(kLabelColor, key);
+}
+
+void PushButton::SetBorderColorKey(String const& key)
+{
+    SetProperty<String>(kBorder, key);
+}
+
+int PushButton::GetCaptionWidth() const
+{
+    return detail::TextWidth(detail::WindowFont(this, captionFont), GetCaption());
+}
+
+void PushButton::slotPropertyChanged(String name)
+{
+    if (name == kLabel)
+        label->SetText(GetLabel());
+    if (name == kLabel || name == kLabelOffset)
+        placeLabel();
+    if (name == kCaption)
+        postUndoEvent();
+    if (name == kFill || name == kCaptionColor || name == kLabelColor || name == kBorder)
+        onPaletteChange();
+    Update();
+}
+
+void PushButton::onPaletteChange()
+{
+    fillColor = detail::ResolvePaletteColor(this, stringProperty(kFill));
+    captionColor = detail::ResolvePaletteColor(this, stringProperty(kCaptionColor));
+    labelColor = detail::ResolvePaletteColor(this, stringProperty(kLabelColor));
+    borderColor = detail::ResolvePaletteColor(this, stringProperty(kBorder));
+    label->SetColor(labelColor ? *labelColor : kDefaultText);
+    Update();
+}
+
+void PushButton::onSetGeometry()
+{
+    placeLabel();
+}
+
+void PushButton::placeLabel()
+{
+    checked_value<Point> offset = GetProperty<Point>(kLabelOffset);
+    Point const at = offset ? *offset : Point();
+    label->SetGeometry(at.x, at.y, GetWidth(), label->GetHeight());
+    label->SetHeightToFit();
+}
+
+void PushButton::drawCaption(DrawContext* context, unsigned int color)
+{
+    checked_value<Point> offset = GetProperty<Point>(kCaptionOffset);
+    detail::DrawCentredText(context, detail::WindowFont(this, captionFont), GetCaption(),
+                            GetGeometry().GetSize(), offset ? *offset : Point(), color,
+                            detail::CombineAlpha(color, GetEffectiveAlpha()), ellipsize);
+}
+
+void PushButton::Draw(DrawContext* context)
+{
+    Rect const box(0, GetWidth() - 1, 0, GetHeight() - 1);
+    if (fillColor)
+        context->DrawBox(box, DrawContext::Filled, *fillColor,
+                         detail::CombineAlpha(*fillColor, GetEffectiveAlpha()));
+    if (borderColor)
+        context->DrawBox(box, DrawContext::Outline, *borderColor,
+                         detail::CombineAlpha(*borderColor, GetEffectiveAlpha()));
+    drawCaption(context, captionColor ? *captionColor : kDefaultText);
+    drawOverlayBits(context);
+    Window::Draw(context);
+}
+
+void PushButton::postUndoEvent()
+{
+    signalUndoEvent(String("%1").Arg(GetCaption()));
+}
+
+} // namespace UI
