@@ -18,6 +18,13 @@ tv_library(tv_images
     Canvas/UI/ScreenShot.cpp
   DEPS tv_window tv_pixels tv_files tv_config tv_utilities
        PkgConfig::PNG PkgConfig::ZLIB PkgConfig::AGG)
+# AGG's scanline rasterizer shifts negative coverage values left: defined on every compiler we
+# build with (and by C++20), but reported under C++17. Only the files that instantiate it are
+# spared that one check.
+if(TV_SANITIZE MATCHES "undefined")
+  set_source_files_properties(Canvas/UI/SVG/SVG.cpp Canvas/UI/AGGInlineRenderer.cpp
+                              PROPERTIES COMPILE_OPTIONS -fno-sanitize=shift-base)
+endif()
 
 tv_test(tv_images_tests
   SOURCES

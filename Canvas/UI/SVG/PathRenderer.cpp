@@ -5,6 +5,8 @@
 
 #include <agg_bounding_rect.h>
 
+#include <algorithm>
+
 namespace agg
 {
 namespace svg
@@ -281,7 +283,8 @@ void path_renderer::stroke_opacity(double opacity)
 
 void path_renderer::stroke_width(double width)
 {
-    cur_attr().stroke_width = width < 0.0 ? 0.0 : width;
+    // Wider strokes than this only make the stroker's round joins ever finer.
+    cur_attr().stroke_width = width < 0.0 ? 0.0 : std::min(width, 1e4);
 }
 
 void path_renderer::line_join(line_join_e join)
@@ -296,7 +299,7 @@ void path_renderer::line_cap(line_cap_e cap)
 
 void path_renderer::miter_limit(double limit)
 {
-    cur_attr().miter_limit = limit < 1.0 ? 1.0 : limit;
+    cur_attr().miter_limit = limit < 1.0 ? 1.0 : std::min(limit, 1e4);
 }
 
 trans_affine& path_renderer::transform()

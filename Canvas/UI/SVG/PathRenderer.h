@@ -11,6 +11,7 @@
 #include <agg_renderer_scanline.h>
 #include <agg_trans_affine.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace agg
@@ -19,6 +20,36 @@ namespace svg
 {
 
 class path_tokenizer;
+
+/// Passes vertices through with their coordinates held to +-1e6 (and anything not finite made
+/// 0), so that hostile sizes and transforms can't overflow the rasterizer's integer cells.
+template <class VertexSource>
+class clamped_vertices
+{
+public:
+    explicit clamped_vertices(VertexSource& source) : source(source) {}
+    void rewind(unsigned path_id) { source.rewind(path_id); }
+    unsigned vertex(double* x, double* y)
+    {
+        unsigned const cmd = source.vertex(x, y);
+        if (is_vertex(cmd))
+        {
+            *x = clamp(*x);
+            *y = clamp(*y);
+        }
+        return cmd;
+    }
+
+private:
+    static double clamp(double v)
+    {
+        if (!(v > -1e6))
+            return v < 0.0 ? -1e6 : 0.0; // below the range, or NaN
+        return v < 1e6 ? v : 1e6;
+    }
+
+    VertexSource& source;
+};
 
 /// The look of one path: fill and stroke, their opacities, the line style and the transform,
 /// as the attribute stack held them when the path began.
@@ -138,15 +169,17 @@ void path_renderer::render(Rasterizer& ras, Scanline& sl, Renderer& ren, trans_a
     {
         trans_affine matrix = attr.transform;
         matrix *= mtx;
-        double const scale = matrix.scale();
+        // Beyond this the curves and joins would only grow more points than pixels they cover.
+        double const scale = std::min(std::max(matrix.scale(), 1e-3), 64.0);
         curve.approximation_scale(scale);
         curve.angle_tolerance(0.0);
         if (attr.fill_flag)
         {
             curved_trans filled(curve, matrix);
+            clamped_vertices<curved_trans> safe(filled);
             ras.reset();
             ras.filling_rule(fill_even_odd);
-            ras.add_path(filled, attr.index);
+            ras.add_path(safe, attr.index);
             rgba8 color = attr.fill_color;
             color.opacity(color.opacity() * attr.fill_opacity * opacity);
             ren.color(color);
@@ -163,9 +196,10 @@ void path_renderer::render(Rasterizer& ras, Scanline& sl, Renderer& ren, trans_a
             if (attr.stroke_width * scale > 1.0)
                 curve.angle_tolerance(0.2);
             curved_stroked_trans outline(stroked, matrix);
+            clamped_vertices<curved_stroked_trans> safe(outline);
             ras.reset();
             ras.filling_rule(fill_non_zero);
-            ras.add_path(outline, attr.index);
+            ras.add_path(safe, attr.index);
             rgba8 color = attr.stroke_color;
             color.opacity(color.opacity() * attr.stroke_opacity * opacity);
             ren.color(color);

@@ -341,6 +341,22 @@ TEST(SvgErrors, BadPathDataAndBrokenXmlAreErrorsNotCrashes)
     EXPECT_EQ(missing.path_count(), 0u);
 }
 
+TEST(SvgErrors, HugeNumbersDrawWithoutOverflow)
+{
+    // Coordinates, transforms and stroke widths far past any pixel are held back before they
+    // reach the rasterizer's integer cells.
+    auto svg = parse("<line x1='0' y1='10' x2='222222225' y2='10' stroke='blue' "
+                     "stroke-width='2'/>"
+                     "<rect width='1' height='1' transform='matrix(1e300 0 0 1e300 0 0) "
+                     "scale(1e300)'/>"
+                     "<polyline points='0 0 10 10 0 20' fill='none' stroke='red' "
+                     "stroke-width='1e300' stroke-linejoin='round' stroke-miterlimit='1e300'/>"
+                     "<path d='M 0 0 C 1e200 -1e200 -1e200 1e200 5 5' stroke='black'/>");
+    EXPECT_TRUE(svg->GetError().IsNull());
+    auto bits = render(*svg);
+    EXPECT_NE(at(bits, 5, 10), White);
+}
+
 TEST(SvgText, TitleIsReadAndOtherElementsAreIgnored)
 {
     auto svg = parse("<title>Folder</title><desc>ignored</desc><circle r='5'/>"
