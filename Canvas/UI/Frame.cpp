@@ -26,6 +26,7 @@
 #include "Canvas/UI/HotDraw.h"
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/Window.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/detail/DebugReport.h"
 #include "Canvas/UI/detail/Stacking.h"
 #include "TvBase/Util/ProcessInfo.h"
@@ -499,6 +500,7 @@ void Frame::removeSubtreeFromFocusOrder(Window* w)
 bool Frame::HandleMouseMessage(MouseMessage message, Point const& point, unsigned int flags,
                                int delta)
 {
+    TestAutomationInterface::SendMouseEvent(message, point, flags, true, this);
     return handleMouseMessage(message, point, flags, delta);
 }
 
@@ -666,6 +668,7 @@ void Frame::HandleMouseExit()
 bool Frame::HandleKeyboardMessage(KeyboardMessage message, unsigned int keyCode, char character,
                                   unsigned int flags, bool repeat)
 {
+    TestAutomationInterface::SendKeyboardEvent(message, keyCode, character, flags, true);
     return handleKeyboardMessage(message, keyCode, character, flags, repeat);
 }
 

@@ -16,6 +16,7 @@
 #include "Canvas/UI/MemoryDrawContext.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/SimpleTimer.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 #include "TvBase/Util/ConfigFile.h"
 
 #include <algorithm>
@@ -244,6 +245,7 @@ void HostWindow::TickMasterUpdateTimer()
         canvas->TickFrameTimers();
     else if (frame)
         frame->tickTimers();
+    TestAutomationInterface::RequestCheck();
 }
 
 } // namespace Native
