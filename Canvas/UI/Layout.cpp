@@ -129,6 +129,9 @@ void loadMetrics(Window* window, XMLElement const* element)
     for (unsigned int i = 0;; ++i)
     {
         String name = String("Metric%1").Arg(i);
+        // The text must be there and be a number: an empty text is no metric.
+        if (!hasNonEmptyAttribute(element, name.CStr()))
+            return;
         checked_value<int> value = attribute(element, name.CStr()).ToInt(10);
         if (!value)
             return;
@@ -348,6 +351,12 @@ void saveGeometry(Window const* window, XMLElement* element)
     element->SetAttribute("Y", String::Number(r.top).CStr());
     element->SetAttribute("Width", String::Number(r.Width()).CStr());
     element->SetAttribute("Height", String::Number(r.Height()).CStr());
+    // The metrics go with the geometry, so that a file the design tools save keeps those it
+    // was loaded with.
+    std::vector<int> const& metrics = window->GetDynamicLayoutMetrics();
+    for (std::size_t i = 0; i < metrics.size(); ++i)
+        element->SetAttribute(String("Metric%1").Arg(static_cast<unsigned long>(i)).CStr(),
+                              String::Number(metrics[i]).CStr());
 }
 
 void saveProperties(Window const* window, XMLElement* element)

@@ -36,9 +36,10 @@ bool LoadLayout(String const& path, Frame* frame, Window* window);
 
 /// Writes the layout of `window`'s children (or of the frame's top-level windows for a null
 /// window) to `folder` + `file`; with `saveRootGeometry` (and a window whose mode isn't 2) the
-/// root element also carries the window's geometry and properties. Children with their own layout
-/// name are written into their own files beside it. Dialogs and windows of mode 4 are never
-/// written. False when the file cannot be written.
+/// root element also carries the window's geometry and properties. Every element that places a
+/// window also carries its dynamic metrics ("Metric0" upward), so a reload restores them. Children
+/// with their own layout name are written into their own files beside it. Dialogs and windows of
+/// mode 4 are never written. False when the file cannot be written.
 bool SaveLayout(FolderPath const& folder, String const& file, Frame* frame, Window* window,
                 bool saveRootGeometry);
 
