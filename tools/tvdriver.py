@@ -74,6 +74,8 @@ class Driver:
         self.port = port
         self.buffer = b""
         self.notices = []
+        # Errors the program sent without an id: lines it could not read as requests.
+        self.protocol_errors = []
         self.next_id = 1
 
     # ---- connecting
@@ -176,7 +178,10 @@ class Driver:
                 raise DriverError("%s: no reply within %.1f s" % (method, timeout))
             if self._take_notice(message):
                 continue
-            if message.get("id") not in (request_id, None):
+            if message.get("id") is None and "error" in message:
+                self.protocol_errors.append(message["error"] or {})
+                continue
+            if message.get("id") != request_id:
                 continue
             if "error" in message:
                 error = message["error"] or {}
