@@ -163,7 +163,7 @@ class EndToEnd(unittest.TestCase):
         self.assertEqual(("21", "99"), (info["x"], info["y"]))
         self.assertEqual("Row 0", d.widget_info("Probe Main Window|Panel|Row|Cell")["text"])
         row = d.widget_info("Probe Main Window|Panel|Row[1]")
-        self.assertEqual(("Box", "ffc0c8d0"), (row["classname"], row["color"]))
+        self.assertEqual(("Box", "FFC0C8D0"), (row["classname"], row["color"]))
         self.assertEqual(("270", "34"), (row["width"], row["height"]))
         self.assertEqual("true", row["enabled"])
 
