@@ -27,7 +27,7 @@ class BracketSet : public Window
 {
 public:
     /// Every animation of a bracket set runs in this category.
-    static unsigned int const kAnimationCategory = 4198913;
+    static constexpr unsigned int kAnimationCategory = 4198913;
 
     BracketSet(Frame* frame, Window* parent, String const& name,
                String const& caption = String(""));

@@ -18,7 +18,7 @@ class DIBits;
 class Hyperlink : public Window
 {
 public:
-    static unsigned int const kDefaultColor = 0xFF0000FFu;
+    static constexpr unsigned int kDefaultColor = 0xFF0000FFu;
 
     /// `paletteKey`, when the palette holds it, gives the colour instead of the default blue.
     /// `image` is a PNG resource name drawn before the text; empty for none.

@@ -14,7 +14,7 @@ class DIBits;
 class SimpleBannerBG : public Window
 {
 public:
-    static unsigned int const kDefaultColor = 0xFFCDCDCDu;
+    static constexpr unsigned int kDefaultColor = 0xFFCDCDCDu;
 
     SimpleBannerBG(Frame* frame, Window* parent, String const& name,
                    unsigned int color = kDefaultColor, String const& image = String(""));

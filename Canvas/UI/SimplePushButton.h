@@ -16,10 +16,10 @@ public:
                      checked_value<unsigned int> const& captionFont = checked_value<unsigned int>(),
                      checked_value<unsigned int> const& labelFont = checked_value<unsigned int>());
 
-    static unsigned int const kDefaultOnFill = 0xFFE6E6E6u;
-    static unsigned int const kDefaultOffFill = 0xFFB3B3B3u;
-    static unsigned int const kDefaultBorder = 0xFF999999u;
-    static unsigned int const kDefaultText = 0xFF000000u;
+    static constexpr unsigned int kDefaultOnFill = 0xFFE6E6E6u;
+    static constexpr unsigned int kDefaultOffFill = 0xFFB3B3B3u;
+    static constexpr unsigned int kDefaultBorder = 0xFF999999u;
+    static constexpr unsigned int kDefaultText = 0xFF000000u;
 
     void SetOnFillColor(unsigned int color);
     void SetOffFillColor(unsigned int color);
