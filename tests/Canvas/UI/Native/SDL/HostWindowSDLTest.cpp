@@ -5,6 +5,7 @@
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
+#include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/MemoryDrawContext.h"
 #include "Canvas/UI/Native/DIBSection.h"
 #include "Canvas/UI/Native/HostWindow.h"
@@ -549,4 +550,67 @@ TEST(HostWindowSDLGeometry, AWindowClosedInFullScreenLeavesTheSavedRect)
         EXPECT_EQ(changes, 1);
     }
     EXPECT_EQ(String(config.GetString("HostWindowGeometry/Full.Geometry")), saved);
+}
+
+// ---- cursors and keyboard state
+
+TEST(HostWindowSDLCursor, EveryShapeMakesAHostCursorSharedByItsCopies)
+{
+    REQUIRE_DISPLAY();
+    for (int shape : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 19, 20})
+    {
+        for (int decoration : {0, 1, 2})
+        {
+            UI::Cursor const cursor(static_cast<UI::Cursor::CursorShape>(shape),
+                                    static_cast<UI::Cursor::CursorDecoration>(decoration));
+            boost::shared_ptr<void> const handle = cursor.GetHandle();
+            EXPECT_TRUE(handle != nullptr) << shape << "/" << decoration;
+            EXPECT_EQ(UI::Cursor(cursor).GetHandle(), handle);
+            UI::Cursor::SetCursor(cursor);
+        }
+    }
+    UI::Cursor const custom("Square", Size(8, 8), Point(3, 3), std::vector<unsigned char>(8, 0x00),
+                            std::vector<unsigned char>(8, 0x81));
+    EXPECT_TRUE(custom.GetHandle() != nullptr);
+    EXPECT_EQ(UI::Cursor(custom).GetHandle(), custom.GetHandle());
+    UI::Cursor::SetCursor(custom);
+    UI::Cursor::SetStandardCursor();
+}
+
+TEST(HostWindowSDLKeyboard, ModifierStateFollowsTheKeyboard)
+{
+    REQUIRE_DISPLAY();
+    if (UI::Test::Run("command -v xdotool >/dev/null 2>&1") != 0)
+        GTEST_SKIP() << "xdotool is not installed";
+    Scene scene("Modifiers");
+    ASSERT_TRUE(scene.Open(Rect(Point(700, 800), Size(60, 40)), 0xFF000000));
+    scene.host->SetNativeFocus();
+    ASSERT_TRUE(UI::Test::PumpUntil([&] { return scene.host->IsHoldingFocus(); }));
+    ASSERT_EQ(UI::Test::Run(xdotool("keydown ctrl keydown shift")), 0);
+    EXPECT_TRUE(UI::Test::PumpUntil(
+        [] {
+            return PlatformSupportFactory::IsCtrlPressed() &&
+                   PlatformSupportFactory::IsShiftPressed();
+        }));
+    EXPECT_TRUE(UI::KeyCode::IsCommandCtrlPressed());
+    EXPECT_FALSE(UI::KeyCode::IsAltPressed());
+    ASSERT_EQ(UI::Test::Run(xdotool("keyup shift keyup ctrl")), 0);
+    EXPECT_TRUE(UI::Test::PumpUntil(
+        [] {
+            return !PlatformSupportFactory::IsCtrlPressed() &&
+                   !PlatformSupportFactory::IsShiftPressed();
+        }));
+
+    // Caps Lock reaches the window as its key; whether it locks is the X server's keymap's say.
+    bool const before = PlatformSupportFactory::IsCapsLockOn();
+    scene.root->keys.clear();
+    ASSERT_EQ(UI::Test::Run(xdotool("key Caps_Lock")), 0);
+    ASSERT_TRUE(UI::Test::PumpUntil([&] { return !scene.root->keys.empty(); }));
+    EXPECT_EQ(scene.root->keys[0], 20u);
+    if (!UI::Test::PumpUntil([&] { return PlatformSupportFactory::IsCapsLockOn() != before; }, 500))
+        GTEST_SKIP() << "this display's keymap does not lock Caps Lock";
+    EXPECT_EQ(scene.host->IsCapsLockOn(), !before);
+    ASSERT_EQ(UI::Test::Run(xdotool("key Caps_Lock")), 0);
+    EXPECT_TRUE(
+        UI::Test::PumpUntil([&] { return PlatformSupportFactory::IsCapsLockOn() == before; }));
 }
