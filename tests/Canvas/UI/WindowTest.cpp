@@ -3,6 +3,8 @@
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/MemoryDrawContext.h"
+#include "Canvas/UI/PrimitiveFactory.h"
+#include "Canvas/UI/Theme.h"
 #include "tests/Canvas/UI/TestHostWindow.h"
 #include "tests/Canvas/UI/TestWindows.h"
 
@@ -27,6 +29,8 @@ struct Scene
 
     Scene()
     {
+        // No focus indicator: these tests count the frame's top-level windows exactly.
+        canvas.GetPrimitiveFactory()->RegisterFocusIndicator(UI::Theme());
         frame.reset(new UI::Frame(&canvas, host.Handle(), &context, UI::Point(), "unused",
                                   Rect(0, 199, 0, 149)));
         frame->SetHostWindow(&host);
