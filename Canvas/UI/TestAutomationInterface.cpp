@@ -75,8 +75,10 @@ void TestAutomationInterface::Stop()
 
 void TestAutomationInterface::RequestCheck()
 {
-    if (core)
-        core->RequestCheck();
+    // A handler may stop the bridge; the server must outlive the poll that runs it.
+    boost::shared_ptr<TestAutomation::TestAutomationCore> const keep = core;
+    if (keep)
+        keep->RequestCheck();
 }
 
 void TestAutomationInterface::SetCanvas(Canvas* canvas)
