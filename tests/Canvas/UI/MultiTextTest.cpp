@@ -100,7 +100,7 @@ TEST(MultiTextLayout, LinesAreStackedAndJustified)
     int const h = font->GetHeight();
     MultiText* text = new MultiText(s.frame.get(), s.root, "Wrapped", "");
     text->SetLineSpacing(4);
-    text->SetGeometry(10, 10, 120, 100);
+    text->SetGeometry(10, 10, 90, 100);
     text->SetText("alpha beta gamma delta epsilon zeta eta theta");
     auto const& lines = text->GetLines();
     ASSERT_GE(lines.size(), 3u);
@@ -108,20 +108,20 @@ TEST(MultiTextLayout, LinesAreStackedAndJustified)
     {
         EXPECT_EQ(static_cast<int>(i) * (h + 4), lines[i]->GetGeometry().top);
         EXPECT_EQ(0, lines[i]->GetGeometry().left);
-        EXPECT_LE(font->GetStringWidth(lines[i]->GetText()), 120u);
+        EXPECT_LE(font->GetStringWidth(lines[i]->GetText()), 90u);
         EXPECT_EQ(String("Text %1").Arg(static_cast<unsigned int>(i)), lines[i]->GetName());
     }
 
     text->SetJustification(UI::HAlignRight);
     for (auto const& line : text->GetLines())
-        EXPECT_EQ(120, line->GetGeometry().right + 1);
+        EXPECT_EQ(90, line->GetGeometry().right + 1);
     text->SetJustification(UI::HAlignCenter);
     for (auto const& line : text->GetLines())
-        EXPECT_EQ((120 - line->GetWidth()) / 2, line->GetGeometry().left);
+        EXPECT_EQ((90 - line->GetWidth()) / 2, line->GetGeometry().left);
 
     // Narrowing the window lays it out again.
     std::size_t const before = text->GetLines().size();
-    text->SetGeometry(10, 10, 60, 100);
+    text->SetGeometry(10, 10, 50, 100);
     EXPECT_GT(text->GetLines().size(), before);
 }
 

@@ -48,7 +48,8 @@ public:
 
     ~InlineEditorWindow()
     {
-        SDL_DelEventWatch(&InlineEditorWindow::watch, this);
+        if (filtering)
+            SDL_SetEventFilter(previousFilter, previousFilterData);
         if (window)
             SDL_DestroyWindow(window);
     }
@@ -69,7 +70,11 @@ public:
             return false;
         windowId = SDL_GetWindowID(window);
         pixels.reset(new unsigned int[size.width * size.height]);
-        SDL_AddEventWatch(&InlineEditorWindow::watch, this);
+        // The editor is modal over the keyboard: it takes every key and typed text before the
+        // host's loop sees them, whichever window the desktop says has the focus.
+        SDL_GetEventFilter(&previousFilter, &previousFilterData);
+        SDL_SetEventFilter(&InlineEditorWindow::filter, this);
+        filtering = true;
         SDL_ShowWindow(window);
         SDL_RaiseWindow(window);
         SDL_SetWindowInputFocus(window);
@@ -154,7 +159,12 @@ private:
             return;
         done = true;
         accepted = accept;
-        // The event that ends the editor is queued as well, so the nested loop wakes for it.
+        // The event that ended the editor may have been taken here: wake the nested loop.
+        SDL_Event wake;
+        SDL_zero(wake);
+        wake.type = SDL_USEREVENT;
+        wake.user.code = -1;
+        SDL_PushEvent(&wake);
     }
 
     void key(SDL_Keysym const& keysym)
@@ -216,44 +226,49 @@ private:
         paint();
     }
 
-    void handle(SDL_Event const& event)
+    /// True when the event is the editor's alone and the host must not see it.
+    bool handle(SDL_Event const& event)
     {
+        if (done)
+            return false;
         switch (event.type)
         {
         case SDL_KEYDOWN:
-            if (event.key.windowID == windowId)
-                key(event.key.keysym);
-            return;
+            key(event.key.keysym);
+            return true;
+        case SDL_KEYUP:
+        case SDL_TEXTEDITING:
+            return true;
         case SDL_TEXTINPUT:
             // Shortcuts arrive as keys; their letters must not be typed as well.
-            if (event.text.windowID == windowId && !(SDL_GetModState() & (KMOD_CTRL | KMOD_GUI)) &&
-                editor.Insert(event.text.text))
+            if (!(SDL_GetModState() & (KMOD_CTRL | KMOD_GUI)) && editor.Insert(event.text.text))
                 paint();
-            return;
+            return true;
         case SDL_MOUSEBUTTONDOWN:
             if (event.button.windowID != windowId)
-                finish(false);
-            else
             {
-                editor.SetCaret(caretFromX(event.button.x), (SDL_GetModState() & KMOD_SHIFT) != 0);
-                paint();
+                // A click elsewhere leaves the editor and still reaches its window.
+                finish(false);
+                return false;
             }
-            return;
+            editor.SetCaret(caretFromX(event.button.x), (SDL_GetModState() & KMOD_SHIFT) != 0);
+            paint();
+            return true;
         case SDL_WINDOWEVENT:
             if (event.window.windowID != windowId)
-                return;
+                return false;
             if (event.window.event == SDL_WINDOWEVENT_FOCUS_GAINED)
                 hadFocus = true;
             else if (event.window.event == SDL_WINDOWEVENT_FOCUS_LOST && hadFocus)
                 finish(false);
             else if (event.window.event == SDL_WINDOWEVENT_EXPOSED)
                 paint();
-            return;
+            return true;
         case SDL_QUIT:
             finish(false);
-            return;
+            return false;
         default:
-            return;
+            return false;
         }
     }
 
@@ -276,10 +291,14 @@ private:
         return text.Length();
     }
 
-    static int watch(void* self, SDL_Event* event)
+    static int filter(void* self, SDL_Event* event)
     {
-        static_cast<InlineEditorWindow*>(self)->handle(*event);
-        return 0;
+        InlineEditorWindow* editor = static_cast<InlineEditorWindow*>(self);
+        // Events pushed from other threads (posted messages) only pass through.
+        if (SDL_ThreadID() == editor->thread && editor->handle(*event))
+            return 0;
+        return editor->previousFilter ? editor->previousFilter(editor->previousFilterData, event)
+                                      : 1;
     }
 
     Font* font;
@@ -289,6 +308,10 @@ private:
     Uint32 windowId = 0;
     Size size;
     boost::shared_array<unsigned int> pixels;
+    SDL_EventFilter previousFilter = nullptr;
+    void* previousFilterData = nullptr;
+    bool filtering = false;
+    SDL_threadID thread = SDL_ThreadID();
     bool hadFocus = false;
     bool done = false;
     bool accepted = false;
@@ -313,7 +336,7 @@ bool PlatformSupportFactory::ExecuteInlineEdit(Frame* frame, Point const& point,
     if (!editor.Open(Point(origin.x + point.x, origin.y + point.y), width))
         return false;
     // The host's loop keeps painting, ticking timers and delivering posted messages meanwhile;
-    // the editor sees its own events through the event watch.
+    // the editor takes its own events through the event filter.
     while (!editor.IsDone() && !IsEventLoopQuitting())
         ProcessEvents(1000);
     SDL_StopTextInput();
