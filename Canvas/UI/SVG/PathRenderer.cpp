@@ -12,6 +12,18 @@ namespace agg
 namespace svg
 {
 
+namespace
+{
+// Coordinates are held to +-1e6 as they are stored: the curve flattener subdivides until it is
+// within a fraction of a pixel, so larger spans would cost without end.
+double limit(double v)
+{
+    if (!(v > -1e6))
+        return v < 0.0 ? -1e6 : 0.0;
+    return v < 1e6 ? v : 1e6;
+}
+} // namespace
+
 path_renderer::path_renderer() : curve(vertices), stroked(curve) {}
 
 path_renderer::~path_renderer() = default;
@@ -63,6 +75,7 @@ void path_renderer::move_to(double x, double y, bool rel)
 {
     if (rel)
         x += cur_x, y += cur_y;
+    x = limit(x), y = limit(y);
     vertices.move_to(x, y);
     cur_x = start_x = x;
     cur_y = start_y = y;
@@ -74,6 +87,7 @@ void path_renderer::line_to(double x, double y, bool rel)
 {
     if (rel)
         x += cur_x, y += cur_y;
+    x = limit(x), y = limit(y);
     begin_segment();
     vertices.line_to(x, y);
     cur_x = x, cur_y = y;
@@ -101,6 +115,7 @@ void path_renderer::curve3(double x1, double y1, double x, double y, bool rel)
 {
     if (rel)
         x1 += cur_x, y1 += cur_y, x += cur_x, y += cur_y;
+    x1 = limit(x1), y1 = limit(y1), x = limit(x), y = limit(y);
     begin_segment();
     vertices.curve3(x1, y1, x, y);
     curve_end(x, y, x1, y1, 'q');
@@ -120,6 +135,7 @@ void path_renderer::curve4(double x1, double y1, double x2, double y2, double x,
 {
     if (rel)
         x1 += cur_x, y1 += cur_y, x2 += cur_x, y2 += cur_y, x += cur_x, y += cur_y;
+    x1 = limit(x1), y1 = limit(y1), x2 = limit(x2), y2 = limit(y2), x = limit(x), y = limit(y);
     begin_segment();
     vertices.curve4(x1, y1, x2, y2, x, y);
     curve_end(x, y, x2, y2, 'c');
@@ -338,8 +354,11 @@ void path_renderer::bounding_rect(double* x1, double* y1, double* x2, double* y2
     curve.approximation_scale(1.0);
     curve.angle_tolerance(0.0);
     curved_trans transformed(curve, matrix);
+    // Held to the same bounds as when drawn, so that one wild transform can't make the bounds
+    // (and every matrix built on their centre) infinite.
+    clamped_vertices<curved_trans> safe(transformed);
     transformed_ids ids{attributes, matrix};
-    if (!agg::bounding_rect(transformed, ids, 0, unsigned(attributes.size()), x1, y1, x2, y2))
+    if (!agg::bounding_rect(safe, ids, 0, unsigned(attributes.size()), x1, y1, x2, y2))
         *x1 = *y1 = *x2 = *y2 = 0.0;
 }
 

@@ -170,7 +170,11 @@ void path_renderer::render(Rasterizer& ras, Scanline& sl, Renderer& ren, trans_a
         trans_affine matrix = attr.transform;
         matrix *= mtx;
         // Beyond this the curves and joins would only grow more points than pixels they cover.
-        double const scale = std::min(std::max(matrix.scale(), 1e-3), 64.0);
+        double scale = matrix.scale();
+        if (!(scale > 1e-3)) // also when the transform has gone to NaN
+            scale = 1e-3;
+        if (scale > 64.0)
+            scale = 64.0;
         curve.approximation_scale(scale);
         curve.angle_tolerance(0.0);
         if (attr.fill_flag)
