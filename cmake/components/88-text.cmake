@@ -41,3 +41,6 @@ tv_test(tv_text_gui_tests
     tests/support/TempFolder.cpp
   DEPS tv_text tv_config PkgConfig::SDL2
   LABELS gui)
+
+# The built-in window types that layout files can name include the text widgets.
+target_link_libraries(tv_layout PUBLIC tv_text)

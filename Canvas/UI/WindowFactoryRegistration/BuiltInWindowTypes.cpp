@@ -1,6 +1,11 @@
 #include "Canvas/UI/WindowFactoryRegistration/BuiltInWindowTypes.h"
 
+#include "Canvas/UI/Edit.h"
 #include "Canvas/UI/FocusIndicator.h"
+#include "Canvas/UI/MultiText.h"
+#include "Canvas/UI/SimpleEdit.h"
+#include "Canvas/UI/SimpleToolTip.h"
+#include "Canvas/UI/Text.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/WindowFactory.h"
 
@@ -13,6 +18,11 @@ void RegisterBuiltInWindowTypes(WindowFactory& factory)
     // here is made by a constructor taking (frame, parent, name).
     factory.Register<Window>("Window");
     factory.Register<FocusIndicator>("FocusIndicator");
+    factory.Register<Text>("Text");
+    factory.Register<MultiText>("MultiText");
+    factory.Register<Edit>("Edit");
+    factory.Register<SimpleEdit>("SimpleEdit");
+    factory.Register<SimpleToolTip>("SimpleToolTip");
 }
 
 } // namespace UI
