@@ -1,6 +1,26 @@
 #include "Updater/app/RunApplication.h"
 
+#include "Updater/app/AppHostWindow.h"
+#include "Updater/app/Application.h"
+#include "Updater/app/ConnectingPanel.h"
+#include "Updater/app/MainWindow.h"
+#include "Updater/app/MarketingMessageThread.h"
+#include "Updater/app/MarketingURL.h"
+#include "Updater/app/UpdateHost.h"
+#include "Updater/app/UpdaterThread.h"
+
+#include "Canvas/UI/Canvas.h"
+#include "Canvas/UI/Native/HostCanvasPlatform.h"
+#include "Canvas/UI/Native/HostWindow.h"
+#include "Canvas/UI/Native/PlatformSupportFactory.h"
+#include "Canvas/UI/PrimitiveFactory.h"
+#include "Canvas/UI/Theme.h"
+
+#include <boost/function.hpp>
+#include <boost/shared_ptr.hpp>
+
 #include <clocale>
+#include <memory>
 
 namespace Updater
 {
@@ -17,6 +37,28 @@ bool IsSilentRun(std::vector<String> const& args)
 
 } // namespace Updater
 
+namespace
+{
+
+UI::Size const CONNECTING_WINDOW_SIZE(240, 130);
+UI::Size const MAIN_WINDOW_SIZE(446, 358);
+char const* const windowCaption = "Tavorin Updater";
+
+/// The end of the host window that is the application's main window ends the run loop.
+void watchForMainWindowEnd(UI::Native::HostWindow* host, Application* application)
+{
+    host->signalPreDestroy.Connect(application, boost::function<void(UI::Native::HostWindow*)>(
+                                                    [application](UI::Native::HostWindow* h)
+                                                    {
+                                                        if (h->GetNativeHandle() &&
+                                                            h->GetNativeHandle() ==
+                                                                application->GetMainWindowHandle())
+                                                            application->slotQuit();
+                                                    }));
+}
+
+} // namespace
+
 int runApplication(std::vector<String> const& args)
 {
     // Numbers are read and written in the user's locale from here on.
@@ -24,7 +66,72 @@ int runApplication(std::vector<String> const& args)
     String::InitDecimalPoint();
 
     bool const silent = Updater::IsSilentRun(args);
-    (void)silent; // handed to the windows once they are made here
+    String const product("Updater");
 
-    return 0;
+    boost::shared_ptr<Application> application(
+        new Application(String("Tavorin"), product, checked_value<String>()));
+    String const versionsURL = Updater::GetVersionsURL();
+    boost::shared_ptr<Updater::UpdaterThread> updaterThread(new Updater::UpdaterThread(
+        String("Updater Thread"), versionsURL.IsNull() ? nullptr : versionsURL.CStr(), false,
+        static_cast<Util::Thread::Priority>(2), false));
+    String const marketingURL = Updater::GetMarketingURL();
+    boost::shared_ptr<Updater::MarketingMessageThread> marketingThread(
+        new Updater::MarketingMessageThread(String("Marketing message Thread"),
+                                            marketingURL.IsNull() ? nullptr : marketingURL.CStr(),
+                                            static_cast<Util::Thread::Priority>(2), false));
+
+    int result = 0;
+    {
+        UI::Canvas canvas(product, 1030, 5, String("Updater/app/resources"), String("UI/Layout"),
+                          UI::Canvas::FontCacheOptions::NoCache());
+        canvas.SetPlatform(
+            boost::shared_ptr<UI::CanvasPlatform>(new UI::Native::HostCanvasPlatform(&canvas)));
+        UI::PrimitiveFactory* primitives = canvas.GetPrimitiveFactory();
+        primitives->RegisterFocusIndicator(UI::GetCanvasTheme());
+        primitives->RegisterScrollBar(UI::GetCanvasTheme());
+        primitives->RegisterComboBox(UI::GetCanvasTheme());
+        primitives->RegisterComboBoxPopup(UI::GetCanvasTheme());
+        primitives->RegisterPushButton(UI::GetCanvasTheme());
+
+        // The settings keep each window's place between runs.
+        Util::ConfigFile* config = application->GetConfig();
+        UI::Native::HostWindowStyle const style = UI::UpdaterWindowStyle();
+        std::unique_ptr<UI::Native::HostWindow> connectingHost(
+            UI::Native::PlatformSupportFactory::CreateHostWindow(
+                &canvas, String("Contacting Host Window"), nullptr, config));
+        UI::CreateApplicationHostWindow(connectingHost.get(), &canvas,
+                                        String("Contacting Host Window"),
+                                        UI::CenteredOnMainMonitor(CONNECTING_WINDOW_SIZE),
+                                        String(windowCaption), style, silent);
+        watchForMainWindowEnd(connectingHost.get(), application.get());
+        UI::ConnectingPanel* connectingPanel =
+            new UI::ConnectingPanel(args, &canvas, connectingHost.get(), updaterThread.get());
+
+        String const mainName = String("%1 Host Window").Arg(product);
+        std::unique_ptr<UI::Native::HostWindow> mainHost(
+            UI::Native::PlatformSupportFactory::CreateHostWindow(&canvas, mainName, nullptr,
+                                                                 config));
+        UI::CreateApplicationHostWindow(mainHost.get(), &canvas, mainName,
+                                        UI::CenteredOnMainMonitor(MAIN_WINDOW_SIZE),
+                                        String(windowCaption), style, true);
+        watchForMainWindowEnd(mainHost.get(), application.get());
+        UI::MainWindow* mainWindow =
+            new UI::MainWindow(args, &canvas, mainHost.get(), updaterThread.get(),
+                               marketingThread.get(), application, silent);
+
+        connectingPanel->SetMainWindow(mainWindow);
+        mainWindow->SetConnectingHost(connectingHost.get());
+
+        updaterThread->StartThread();
+        marketingThread->StartThread();
+
+        result = application->RunEventLoop();
+
+        mainHost.reset();
+        connectingHost.reset();
+    }
+    marketingThread.reset();
+    updaterThread.reset();
+    application.reset();
+    return result;
 }

@@ -1,0 +1,62 @@
+#include "Updater/app/UpdatesPanel.h"
+
+#include "Updater/app/ProgramItem.h"
+#include "Updater/app/UpdaterLook.h"
+#include "Updater/app/UpdaterThread.h"
+
+#include "Canvas/UI/Borders.h"
+#include "Canvas/UI/DrawContext.h"
+#include "Canvas/UI/ScrollView.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <vector>
+
+namespace UI
+{
+
+UpdatesPanel::UpdatesPanel(Frame* frame, Window* parent, String const& name)
+    : Window(frame, parent, name)
+{
+    scrollView =
+        new ScrollView(frame, this, String("Updates ScrollView"), ScrollView::LayoutVerticalList,
+                       ScrollBarAutomatic, ScrollBarAutomatic, nullptr, nullptr);
+    scrollView->SetBorderColor(0xFF8F8F8Fu);
+    scrollView->SetBorderStyle(static_cast<Borders::BorderStyle>(2));
+    scrollView->SetDynamicLayoutMode(DynamicLayoutNever);
+}
+
+void UpdatesPanel::CreateUI(Updater::UpdaterThread* updaterThread)
+{
+    std::vector<boost::shared_ptr<Updater::UpdateEntry>> entries;
+    if (!updaterThread || !updaterThread->GetUpdateData(entries))
+        return;
+    for (auto const& entry : entries)
+    {
+        if (entry)
+            addEntry(*entry);
+    }
+}
+
+void UpdatesPanel::addEntry(Updater::UpdateEntry const& entry)
+{
+    ProgramItem* item = new ProgramItem(
+        GetFrame(), scrollView, String("Program Item: %1").Arg(entry.productName),
+        entry.productName, entry.installedVersion, entry.availableVersion, entry.updateUrl);
+    item->SetGeometry(0, 0, scrollView->GetWidth(), 30);
+    scrollView->AddChild(checked_value<unsigned int>(), item, Point(0, 0));
+}
+
+void UpdatesPanel::Draw(DrawContext* context)
+{
+    context->DrawBox(Rect(0, GetWidth() - 1, 0, GetHeight() - 1), DrawContext::Filled,
+                     COLOR_PANEL_FILL, GetEffectiveAlpha());
+    Window::Draw(context);
+}
+
+void UpdatesPanel::onSetGeometry()
+{
+    scrollView->SetGeometry(0, 0, GetWidth(), GetHeight());
+}
+
+} // namespace UI
