@@ -125,6 +125,9 @@ bool PlatformSupportFactorySDL::EnsureVideo()
     SDL_SetHint(SDL_HINT_WINDOW_NO_ACTIVATION_WHEN_SHOWN, "1");
     SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    // The window surface is the display's own shared-memory image, not a texture behind an
+    // OpenGL context: a software-rendered context costs start-up time and threads for nothing.
+    SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     if (SDL_InitSubSystem(SDL_INIT_EVENTS) != 0)
     {
         initError = String(SDL_GetError());
