@@ -233,18 +233,22 @@ void HostWindow::TickMasterUpdateTimer()
 {
     if (ticking)
         return;
-    struct Guard
     {
-        bool& flag;
-        explicit Guard(bool& f) : flag(f) { flag = true; }
-        ~Guard() { flag = false; }
-    } guard(ticking);
-    if (masterCallback && masterArgument)
-        masterCallback(masterArgument);
-    if (canvas)
-        canvas->TickFrameTimers();
-    else if (frame)
-        frame->tickTimers();
+        struct Guard
+        {
+            bool& flag;
+            explicit Guard(bool& f) : flag(f) { flag = true; }
+            ~Guard() { flag = false; }
+        } guard(ticking);
+        if (masterCallback && masterArgument)
+            masterCallback(masterArgument);
+        if (canvas)
+            canvas->TickFrameTimers();
+        else if (frame)
+            frame->tickTimers();
+    }
+    // Last, and touching nothing of this host afterwards: a test driver's request may close
+    // this very window.
     TestAutomationInterface::RequestCheck();
 }
 
