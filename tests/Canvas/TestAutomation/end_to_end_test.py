@@ -72,10 +72,11 @@ class Display:
 class Program:
     """The probe program with its standard output read line by line on a thread."""
 
-    def __init__(self, env, *extra):
-        self.process = subprocess.Popen([ARGS.program] + list(extra), env=env,
-                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                                        text=True)
+    def __init__(self, env, errors, *extra):
+        with open(errors, "w") as error_file:
+            self.process = subprocess.Popen([ARGS.program] + list(extra), env=env,
+                                            stdout=subprocess.PIPE, stderr=error_file,
+                                            text=True)
         self.lines = []
         self.cond = threading.Condition()
         self.reader = threading.Thread(target=self._read, daemon=True)
@@ -127,6 +128,9 @@ class EndToEnd(unittest.TestCase):
         env.setdefault("SDL_AUDIODRIVER", "dummy")
         return env
 
+    def errors(self):
+        return os.path.join(self.folder.name, "stderr.txt")
+
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory(prefix="tv-ta-e2e")
         self.program = None
@@ -134,10 +138,17 @@ class EndToEnd(unittest.TestCase):
     def tearDown(self):
         if self.program:
             self.program.kill()
+        # What the program said on its error output, for failures that end in a crash.
+        errors = os.path.join(self.folder.name, "stderr.txt")
+        if os.path.exists(errors):
+            with open(errors) as text:
+                said = text.read()
+            if "ERROR" in said or "runtime error" in said:
+                print("\n--- program error output ---\n" + said[-6000:], file=sys.stderr)
         self.folder.cleanup()
 
     def start_bridged(self):
-        self.program = Program(self.environment(ARGS.module))
+        self.program = Program(self.environment(ARGS.module), self.errors())
         self.assertTrue(self.program.wait_for_line("bridge: on"), "the bridge did not start")
         driver = self.tvdriver.Driver.connect(timeout=10, name="APP:Probe")
         self.addCleanup(driver.close)
@@ -146,7 +157,7 @@ class EndToEnd(unittest.TestCase):
 
     def test_without_the_module_the_program_runs_as_before(self):
         missing = os.path.join(self.folder.name, "no-such-module.so")
-        self.program = Program(self.environment(missing), "--run-ms", "1500")
+        self.program = Program(self.environment(missing), self.errors(), "--run-ms", "1500")
         self.assertTrue(self.program.wait_for_line("bridge: off"))
         self.assertEqual(0, self.program.wait(20))
 
