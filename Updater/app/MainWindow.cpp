@@ -156,6 +156,9 @@ void MainWindow::onMasterUpdateTimer()
         if (!connectingHost)
             return;
         connectingHost = nullptr;
+        // Closed from this window's tick, the connecting host can go at once.
+        if (disposeConnectingHost)
+            disposeConnectingHost();
     }
     if (!marketingHandled)
         handleMarketing();

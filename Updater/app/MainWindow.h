@@ -2,6 +2,7 @@
 
 #include "Canvas/UI/ApplicationMainWindow.h"
 
+#include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <vector>
@@ -44,8 +45,14 @@ public:
 
     /// Tells the window that the check has ended; its next tick shows the result.
     void SetDoneContacting() { doneContacting = true; }
-    /// The connecting window, closed once the result is shown.
-    void SetConnectingHost(Native::HostWindow* host) { connectingHost = host; }
+    /// The connecting window, closed once the result is shown; `dispose` (may be empty) then
+    /// frees it, so that its frame no longer stands among the canvas's frames.
+    void SetConnectingHost(Native::HostWindow* host,
+                           boost::function<void()> const& dispose = boost::function<void()>())
+    {
+        connectingHost = host;
+        disposeConnectingHost = dispose;
+    }
     /// The host's master update callback; `window` is the `MainWindow`.
     static void masterUpdateTimer(void* window);
     /// Starts this program's own executable again without "-silent", detached. Always true.
@@ -67,6 +74,7 @@ private:
     Updater::UpdaterThread* updaterThread;
     Updater::MarketingMessageThread* marketingThread;
     Native::HostWindow* connectingHost = nullptr;
+    boost::function<void()> disposeConnectingHost;
     ToolTip* toolTip = nullptr;
     bool doneContacting = false;
     bool updateHandled = false;

@@ -14,6 +14,7 @@
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/PrimitiveFactory.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/Theme.h"
 
 #include <boost/function.hpp>
@@ -86,6 +87,7 @@ int runApplication(std::vector<String> const& args)
                           UI::Canvas::FontCacheOptions::NoCache());
         canvas.SetPlatform(
             boost::shared_ptr<UI::CanvasPlatform>(new UI::Native::HostCanvasPlatform(&canvas)));
+        UI::TestAutomationInterface::SetCanvas(&canvas);
         UI::PrimitiveFactory* primitives = canvas.GetPrimitiveFactory();
         primitives->RegisterFocusIndicator(UI::GetCanvasTheme());
         primitives->RegisterScrollBar(UI::GetCanvasTheme());
@@ -120,7 +122,8 @@ int runApplication(std::vector<String> const& args)
                                marketingThread.get(), application, silent);
 
         connectingPanel->SetMainWindow(mainWindow);
-        mainWindow->SetConnectingHost(connectingHost.get());
+        mainWindow->SetConnectingHost(connectingHost.get(),
+                                      [&connectingHost]() { connectingHost.reset(); });
 
         updaterThread->StartThread();
         marketingThread->StartThread();
@@ -129,6 +132,7 @@ int runApplication(std::vector<String> const& args)
 
         mainHost.reset();
         connectingHost.reset();
+        UI::TestAutomationInterface::SetCanvas(nullptr);
     }
     marketingThread.reset();
     updaterThread.reset();
