@@ -1,5 +1,11 @@
 #include "Canvas/UI/Theme.h"
 
+#include "Canvas/UI/SimpleEdit.h"
+#include "Canvas/UI/SimplePushButton.h"
+#include "Canvas/UI/SimpleScrollBar.h"
+#include "Canvas/UI/SimpleToolTip.h"
+#include "Canvas/UI/Splitter.h"
+
 #include "Canvas/UI/FocusIndicator.h"
 
 namespace UI
@@ -79,11 +85,26 @@ FocusIndicator* CreateFocusIndicator(Frame* frame, Window* parent)
 namespace
 {
 
-// The widgets behind the other creators register here as they join the toolkit.
+PushButton* createSimplePushButton(Frame* frame, Window* parent, String const& name,
+                                   String const& caption, String const& commandId)
+{
+    SimplePushButton* button = new SimplePushButton(frame, parent, name, caption);
+    if (!commandId.IsEmpty())
+        button->SetCommandID(commandId);
+    return button;
+}
+
+// The default look of every primitive that has one; the combo boxes, check-box creator and
+// sliders stay empty until those widgets join the toolkit.
 Theme makeCanvasTheme()
 {
     Theme theme;
-    theme.CreateFocusIndicator(&UI::CreateFocusIndicator);
+    theme.CreateFocusIndicator(&UI::CreateFocusIndicator)
+        .CreateToolTip(&UI::CreateSimpleToolTip)
+        .CreatePushButton(&createSimplePushButton)
+        .CreateScrollBar(&UI::CreateSimpleScrollBar)
+        .CreateEditBox(&UI::CreateSimpleEdit)
+        .CreateSplitter(&UI::CreateSimpleSplitter);
     return theme;
 }
 

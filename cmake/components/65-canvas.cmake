@@ -14,6 +14,8 @@ tv_library(tv_canvas
 # draws text through the fonts. Both libraries are static, so CMake repeats them as needed.
 target_link_libraries(tv_window PUBLIC tv_canvas)
 target_link_libraries(tv_pixels PUBLIC tv_fonts)
+# The default theme makes the simple widgets.
+target_link_libraries(tv_canvas PUBLIC tv_text tv_buttons tv_scrolling)
 
 tv_test(tv_canvas_tests
   SOURCES

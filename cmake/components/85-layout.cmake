@@ -7,7 +7,8 @@ tv_library(tv_layout
     Canvas/UI/FrameLayout.cpp
     Canvas/UI/WindowFactory.cpp
     Canvas/UI/WindowFactoryRegistration/BuiltInWindowTypes.cpp
-  DEPS tv_window tv_canvas tv_files tv_signals tv_core PkgConfig::TINYXML2)
+  DEPS tv_window tv_canvas tv_files tv_signals tv_core tv_text tv_buttons tv_scrolling
+       PkgConfig::TINYXML2)
 
 # Windows and frames load and save their own layouts, so whoever links the window tree gets the
 # layout code too. Both libraries are static: CMake repeats them as needed.

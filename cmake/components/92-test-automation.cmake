@@ -77,3 +77,8 @@ endif()
 tv_fuzz(JsonRpcFuzz
   SOURCES fuzz/JsonRpcFuzz.cpp
   DEPS tv_testautomation_rpc)
+
+# The window library calls into the host door and the bridge's core; in sanitizer builds their
+# type information is needed wherever the window library links.
+target_link_libraries(tv_window PUBLIC tv_host tv_testautomation)
+set_property(TARGET tv_window PROPERTY LINK_INTERFACE_MULTIPLICITY 4)
