@@ -21,6 +21,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <clocale>
+#include <cstdlib>
 #include <memory>
 
 namespace Updater
@@ -80,6 +81,17 @@ int runApplication(std::vector<String> const& args)
         new Updater::MarketingMessageThread(String("Marketing message Thread"),
                                             marketingURL.IsNull() ? nullptr : marketingURL.CStr(),
                                             static_cast<Util::Thread::Priority>(2), false));
+    // Both requests wait a minute for their server. TV_REQUEST_TIMEOUT_MS shortens that for
+    // administrators and tests that expect an unreachable server.
+    if (char const* timeout = std::getenv("TV_REQUEST_TIMEOUT_MS"))
+    {
+        checked_value<int> const millis = String(timeout).ToInt();
+        if (millis.present && millis.value > 0)
+        {
+            updaterThread->SetRequestTimeout(millis.value);
+            marketingThread->SetRequestTimeout(millis.value);
+        }
+    }
 
     int result = 0;
     {

@@ -397,7 +397,7 @@ class UpdaterRuns(unittest.TestCase):
         for candidate in [path] + [os.path.join(self.config, "tavorin", "ByHost", n)
                                    for n in os.listdir(os.path.join(self.config, "tavorin",
                                                                     "ByHost"))
-                                   if n.startswith(DOMAIN)] \
+                                   if n.startswith(DOMAIN) and n.endswith(".plist")] \
                 if os.path.isdir(os.path.join(self.config, "tavorin", "ByHost")) else [path]:
             if os.path.exists(candidate):
                 with open(candidate, "rb") as f:
@@ -485,7 +485,8 @@ class UpdaterRuns(unittest.TestCase):
         values = self.settings()
         self.assertEqual("", values.get("LastResult"))
         self.assertIn("LastUpdateCheckTime", values)
-        self.assertIn("Updater Host Window.Geometry", values.get("HostWindowGeometry", {}))
+        # Settings keep "/" inside flat key names.
+        self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", values)
 
     def _exists(self, d, path):
         try:
@@ -515,6 +516,9 @@ class UpdaterRuns(unittest.TestCase):
     def test_server_down_shows_the_fixed_message(self):
         self.install("Alpha Mixer", "3.0")
         host = "127.0.0.1:%d" % closed_port()
+        # A refused connection ends only at the request's time-out, which is a minute unless
+        # shortened.
+        self.env["TV_REQUEST_TIMEOUT_MS"] = "1500"
         p = self.start(host)
         d = self.driver()
         self.main_shown(d)
@@ -620,13 +624,13 @@ class UpdaterRuns(unittest.TestCase):
         time.sleep(0.3)  # lets the window manager-less server deliver the move event
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
-        saved = self.settings()["HostWindowGeometry"]["Updater Host Window.Geometry"]
+        saved = self.settings()["HostWindowGeometry/Updater Host Window.Geometry"]
         d.close()
         self.drivers.remove(d)
         p = self.start(site.host)
         d = self.driver()
         self.main_shown(d)
-        again = self.settings()["HostWindowGeometry"]["Updater Host Window.Geometry"]
+        again = self.settings()["HostWindowGeometry/Updater Host Window.Geometry"]
         self.assertEqual(saved, again)
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
