@@ -32,8 +32,8 @@ public:
 class PulseOverlayTimer : public Window
 {
 public:
-    static unsigned int const kCategory = 3214783;
-    static unsigned int const kStepMs = 500;
+    static constexpr unsigned int kCategory = 3214783;
+    static constexpr unsigned int kStepMs = 500;
 
     PulseOverlayTimer(Frame* frame, Window* parent, String const& name);
     ~PulseOverlayTimer() override;
