@@ -17,8 +17,8 @@ tv_library(tv_text
 target_link_libraries(tv_text PRIVATE PkgConfig::SDL2)
 
 tv_executable(tv-gallery
-  SOURCES examples/gallery/main.cpp examples/gallery/Gallery.cpp
-  DEPS tv_text tv_host tv_config)
+  SOURCES examples/gallery/main.cpp examples/gallery/Gallery.cpp examples/gallery/Buttons.cpp
+  DEPS tv_text tv_buttons tv_controller tv_host tv_config)
 
 # Text rules, wrapping, ellipsis and edit fields driven through the frame, without a display.
 tv_test(tv_text_tests

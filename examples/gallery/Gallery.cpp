@@ -135,6 +135,7 @@ int Build(Page* page)
     y = AddWrappedText(page, y);
     y = AddEditFields(page, y);
     y = AddToolTip(page, y);
+    y = AddButtons(page, y);
     return y;
 }
 

@@ -36,5 +36,6 @@ int AddLabels(Page* page, int y);
 int AddWrappedText(Page* page, int y);
 int AddEditFields(Page* page, int y);
 int AddToolTip(Page* page, int y);
+int AddButtons(Page* page, int y);
 
 } // namespace Gallery
