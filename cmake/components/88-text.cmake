@@ -18,7 +18,8 @@ target_link_libraries(tv_text PRIVATE PkgConfig::SDL2)
 
 tv_executable(tv-gallery
   SOURCES examples/gallery/main.cpp examples/gallery/Gallery.cpp examples/gallery/Buttons.cpp
-  DEPS tv_text tv_buttons tv_controller tv_host tv_config)
+          examples/gallery/Scrolling.cpp
+  DEPS tv_text tv_buttons tv_scrolling tv_tab tv_controller tv_host tv_config)
 
 # Text rules, wrapping, ellipsis and edit fields driven through the frame, without a display.
 tv_test(tv_text_tests

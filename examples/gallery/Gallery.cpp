@@ -7,6 +7,7 @@
 
 #include <boost/function.hpp>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace Gallery
@@ -31,10 +32,10 @@ void Page::Draw(UI::DrawContext* context)
     Window::Draw(context);
 }
 
-int Page::AddSectionTitle(String const& title, int y)
+int Page::AddSectionTitle(String const& title, int y, int x)
 {
     UI::Text* text = new UI::Text(GetFrame(), this, title, title, checked_value<unsigned int>(),
-                                  UI::HAlignLeft, TitleInk, UI::Point(Left, y));
+                                  UI::HAlignLeft, TitleInk, UI::Point(x, y));
     return y + text->GetHeight() + 6;
 }
 
@@ -136,7 +137,11 @@ int Build(Page* page)
     y = AddEditFields(page, y);
     y = AddToolTip(page, y);
     y = AddButtons(page, y);
-    return y;
+    int right = 12;
+    right = AddScrollingList(page, SecondColumn, right);
+    right = AddSplitter(page, SecondColumn, right);
+    right = AddTabs(page, SecondColumn, right);
+    return std::max(y, right);
 }
 
 } // namespace Gallery

@@ -21,9 +21,14 @@ public:
     Page(UI::Frame* frame, String const& name);
     void Draw(UI::DrawContext* context) override;
 
-    /// Adds a title text at `y` and returns the y below it.
-    int AddSectionTitle(String const& title, int y);
+    /// Adds a title text at (`x`, `y`) and returns the y below it.
+    int AddSectionTitle(String const& title, int y, int x = 16);
 };
+
+/// The page's width: two columns of sections.
+int const PageWidth = 800;
+/// Where the second column starts.
+int const SecondColumn = 420;
 
 /// Builds every section on `page`; returns the height used.
 int Build(Page* page);
@@ -37,5 +42,8 @@ int AddWrappedText(Page* page, int y);
 int AddEditFields(Page* page, int y);
 int AddToolTip(Page* page, int y);
 int AddButtons(Page* page, int y);
+int AddScrollingList(Page* page, int x, int y);
+int AddSplitter(Page* page, int x, int y);
+int AddTabs(Page* page, int x, int y);
 
 } // namespace Gallery

@@ -1,10 +1,10 @@
-// The widget gallery: labels, wrapped text, edit fields and a tool tip in one window, for
-// looking at the widgets by hand and for GUI tests.
+// The widget gallery: labels, wrapped text, edit fields, a tool tip, buttons, a scrolling list,
+// a splitter and tabs in one window, for looking at the widgets by hand and for GUI tests.
 //
 //   tv-gallery [--exit-after-paint]
 //
-// Accepted edits are reported on the standard output as "edited <name>: <text>". Closing the
-// window or Ctrl+Q quits.
+// Accepted edits are reported on the standard output as "edited <name>: <text>", and the other
+// widgets report their use there too (see each section). Closing the window or Ctrl+Q quits.
 
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Frame.h"
@@ -54,8 +54,8 @@ int main(int argc, char** argv)
     style.minimizable = true;
     style.systemButtons = true;
     if (!host->CreateSerialized(nullptr, nullptr, name,
-                                UI::Rect(UI::Point(100, 100), UI::Size(420, height)), false, false,
-                                style, false, true))
+                                UI::Rect(UI::Point(100, 100), UI::Size(Gallery::PageWidth, height)),
+                                false, false, style, false, true))
     {
         std::fprintf(stderr, "no window: is there a display?\n");
         return 1;
