@@ -2,8 +2,12 @@
 // panes with a splitter between them, and tabs over a window stack. Scrolling the list prints
 // "scrolled <x> <y>" and choosing a tab "tab <caption>", so that scripts can follow.
 
+#include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DrawContext.h"
+#include "Canvas/UI/Frame.h"
+#include "Canvas/UI/PrimitiveFactory.h"
 #include "Canvas/UI/ScrollView.h"
+#include "Canvas/UI/SimpleScrollBar.h"
 #include "Canvas/UI/Splitter.h"
 #include "Canvas/UI/Tab.h"
 #include "Canvas/UI/Text.h"
@@ -59,12 +63,30 @@ Swatch* AddLabelledSwatch(UI::Window* parent, String const& name, String const& 
     return swatch;
 }
 
+/// The gallery ships no scroll bar artwork, so its theme draws bars in the plain style, which
+/// needs none.
+void UsePlainScrollBars(UI::Frame* frame)
+{
+    UI::Canvas* canvas = frame->GetCanvas();
+    if (!canvas || !canvas->GetPrimitiveFactory())
+        return;
+    UI::Theme theme;
+    theme.CreateScrollBar(
+        [](UI::Frame* f, UI::Window* parent, String const& name, UI::Orientation orientation)
+        {
+            return static_cast<UI::ScrollBar*>(
+                new UI::SimpleScrollBar(f, parent, name, orientation, UI::SimpleScrollBar::Simple));
+        });
+    canvas->GetPrimitiveFactory()->RegisterScrollBar(theme);
+}
+
 } // namespace
 
 int AddScrollingList(Page* page, int x, int y)
 {
     y = page->AddSectionTitle("Scrolling list", y, x);
     UI::Frame* frame = page->GetFrame();
+    UsePlainScrollBars(frame);
     UI::ScrollView* list =
         new UI::ScrollView(frame, page, "Row List", UI::ScrollView::LayoutVerticalList,
                            UI::ScrollBarAlwaysOff, UI::ScrollBarAutomatic);
