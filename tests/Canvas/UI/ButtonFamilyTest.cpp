@@ -341,8 +341,9 @@ TEST(RadioButtonChoice, EachButtonWritesItsOwnValue)
 
 TEST(BracketSetLayout, CaptionSitsOnTheTopEdgeAndBracketsAnimateFromTheMiddle)
 {
-    Scene s(120, 120);
+    // The clock outlives the scene, whose frame still reads it while windows die.
     unsigned int now = 1000;
+    Scene s(120, 120);
     s.frame->GetAnimationHandler()->SetClock([&now] { return now; });
     auto* set = new UI::BracketSet(s.frame.get(), nullptr, "Group", "Options");
     EXPECT_EQ(set->GetGeometry(), UI::Rect(0, 99, 0, 99));
