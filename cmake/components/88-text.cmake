@@ -45,3 +45,13 @@ tv_test(tv_text_gui_tests
 
 # The built-in window types that layout files can name include the text widgets.
 target_link_libraries(tv_layout PUBLIC tv_text)
+
+# The gallery program itself on a private X display, driven with xdotool.
+tv_test(tv_gallery_gui_tests
+  SOURCES
+    tests/examples/gallery/GalleryGuiTest.cpp
+    tests/Canvas/UI/Native/SDL/GuiTestSupport.cpp
+    tests/support/TempFolder.cpp
+  DEPS tv_text PkgConfig::SDL2
+  LABELS gui)
+add_dependencies(tv_gallery_gui_tests tv-gallery)
