@@ -17,10 +17,10 @@ namespace
 class FuzzSettings
 {
 public:
-    explicit FuzzSettings(String const& spec)
+    explicit FuzzSettings(String const& description)
     {
         std::vector<String> lines;
-        spec.Split('\n', lines);
+        description.Split('\n', lines);
         for (String const& line : lines)
         {
             std::vector<String> parts;
@@ -48,11 +48,11 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, std::size_t size)
 {
     std::string input(reinterpret_cast<char const*>(data), size);
     std::size_t cut = input.find('\0');
-    std::string spec =
+    std::string description =
         cut == std::string::npos ? std::string("A|1.0\nB|x\nC") : input.substr(0, cut);
     std::string file = cut == std::string::npos ? input : input.substr(cut + 1);
 
-    FuzzSettings settings(String(spec.c_str()));
+    FuzzSettings settings(String(description.c_str()));
     String const text(file.c_str());
     std::vector<boost::shared_ptr<Updater::UpdateEntry>> entries;
     std::vector<std::pair<bool, std::string>> reports;

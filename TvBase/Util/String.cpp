@@ -915,13 +915,13 @@ String String::Number(double value, unsigned int precision,
         if (std::strchr("EFGefg", low) && low != '\0')
             letter = low;
     }
-    char spec[8];
+    char cFormat[8];
     if (precision != 0xFFFFFFFF)
-        std::snprintf(spec, sizeof spec, "%%.%u%c", precision > 99 ? 99u : precision, letter);
+        std::snprintf(cFormat, sizeof cFormat, "%%.%u%c", precision > 99 ? 99u : precision, letter);
     else
-        std::snprintf(spec, sizeof spec, "%%%c", letter);
+        std::snprintf(cFormat, sizeof cFormat, "%%%c", letter);
     char text[1023];
-    std::snprintf(text, sizeof text, spec, value);
+    std::snprintf(text, sizeof text, cFormat, value);
 
     String result(text);
     if (g_chDecimalPoint != '.')

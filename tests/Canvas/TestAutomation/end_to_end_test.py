@@ -20,9 +20,9 @@ SKIP = 77
 
 
 def load_driver(path):
-    spec = importlib.util.spec_from_file_location("tvdriver", path)
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    module_spec = importlib.util.spec_from_file_location("tvdriver", path)
+    module = importlib.util.module_from_spec(module_spec)
+    module_spec.loader.exec_module(module)
     return module
 
 
