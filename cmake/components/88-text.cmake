@@ -18,8 +18,23 @@ target_link_libraries(tv_text PRIVATE PkgConfig::SDL2)
 
 tv_executable(tv-gallery
   SOURCES examples/gallery/main.cpp examples/gallery/Gallery.cpp examples/gallery/Buttons.cpp
-          examples/gallery/Scrolling.cpp
-  DEPS tv_text tv_buttons tv_scrolling tv_tab tv_controller tv_host tv_config)
+          examples/gallery/Scrolling.cpp examples/gallery/Images.cpp
+  DEPS tv_text tv_buttons tv_scrolling tv_tab tv_images tv_layout tv_files tv_controller tv_host tv_config)
+
+# The gallery's images, icon and layouts, packed into Resources/gallery.resembed beside it and
+# repacked when any file below its resource folder changes.
+set(TV_GALLERY_RESOURCE_DIR ${PROJECT_SOURCE_DIR}/examples/gallery/resources)
+set(TV_GALLERY_RESOURCE_FILE ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources/gallery.resembed)
+file(GLOB_RECURSE TV_GALLERY_RESOURCE_INPUTS CONFIGURE_DEPENDS ${TV_GALLERY_RESOURCE_DIR}/*)
+add_custom_command(
+  OUTPUT ${TV_GALLERY_RESOURCE_FILE}
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources
+  COMMAND tvresembed pack ${TV_GALLERY_RESOURCE_DIR} ${TV_GALLERY_RESOURCE_FILE}
+  DEPENDS tvresembed ${TV_GALLERY_RESOURCE_INPUTS}
+  COMMENT "Packing the gallery's resources"
+  VERBATIM)
+add_custom_target(gallery_resources DEPENDS ${TV_GALLERY_RESOURCE_FILE})
+add_dependencies(tv-gallery gallery_resources)
 
 # Text rules, wrapping, ellipsis and edit fields driven through the frame, without a display.
 tv_test(tv_text_tests

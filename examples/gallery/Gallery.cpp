@@ -141,6 +141,7 @@ int Build(Page* page)
     right = AddScrollingList(page, SecondColumn, right);
     right = AddSplitter(page, SecondColumn, right);
     right = AddTabs(page, SecondColumn, right);
+    right = AddImages(page, SecondColumn, right);
     return std::max(y, right);
 }
 

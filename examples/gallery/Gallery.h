@@ -45,5 +45,6 @@ int AddButtons(Page* page, int y);
 int AddScrollingList(Page* page, int x, int y);
 int AddSplitter(Page* page, int x, int y);
 int AddTabs(Page* page, int x, int y);
+int AddImages(Page* page, int x, int y);
 
 } // namespace Gallery

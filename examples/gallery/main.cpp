@@ -13,7 +13,10 @@
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/SimpleToolTip.h"
 #include "TvBase/Util/ConfigFile.h"
+#include "TvBase/Util/FolderPath.h"
 #include "TvBase/Util/ProcessInfo.h"
+#include "TvBase/Util/ResourceManager.h"
+#include "TvBase/Util/SystemFolders.h"
 #include "examples/gallery/Gallery.h"
 
 #include <boost/function.hpp>
@@ -35,6 +38,13 @@ int main(int argc, char** argv)
             return 2;
         }
     }
+
+    // The packed images and layouts sit in Resources/gallery.resembed beside the program; a
+    // missing file leaves the images section empty.
+    if (!Util::ResourceManager::Get().Init(
+            FolderPath(Util::GetModuleDirectory(String(""), nullptr, true)),
+            String("gallery.resembed")))
+        std::fprintf(stderr, "gallery: no Resources/gallery.resembed beside the program\n");
 
     Util::ConfigFile config(String("com.tavorin.gallery"));
     UI::Canvas canvas("Gallery");
