@@ -79,4 +79,15 @@ TEST(GalleryGui, ATabClickRaisesItsPage)
     EXPECT_NE(std::string::npos, output.find("tab About\n")) << output;
 }
 
+TEST(GalleryGui, TheLayoutPlacesThePixmapButtonFromTheResources)
+{
+    REQUIRE_DISPLAY_AND_XDOTOOL();
+    TestSupport::TempFolder home("tv-gallery-gui");
+    // The layout puts the button at (176, 16) in the images panel, which starts at (420, 486).
+    std::string const output = RunGallery(
+        home, "xdotool mousemove --window $WINDOW 646 514 click 1 >/dev/null", "clicked ");
+    EXPECT_NE(std::string::npos, output.find("clicked Pixmap Button\n")) << output;
+    EXPECT_EQ(std::string::npos, output.find("gallery: ")) << output;
+}
+
 } // namespace
