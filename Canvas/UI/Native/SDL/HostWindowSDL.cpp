@@ -582,7 +582,8 @@ void HostWindowSDL::handleEvent(SDL_Event const& event)
     {
         int x = 0, y = 0;
         Uint32 const buttons = SDL_GetMouseState(&x, &y);
-        int delta = event.wheel.y;
+        // The toolkit counts 120 units a notch, positive away from the user, as SDL's y is.
+        int delta = event.wheel.y * 120;
         if (event.wheel.direction == SDL_MOUSEWHEEL_FLIPPED)
             delta = -delta;
         if (delta != 0)
