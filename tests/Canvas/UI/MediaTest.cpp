@@ -50,30 +50,30 @@ unsigned int to8(unsigned int v, int depth)
 // Samples that run through the whole range of the depth and differ from pixel to pixel.
 PngSpec gradient(int colorType, int depth, unsigned int width, unsigned int height)
 {
-    PngSpec spec;
-    spec.width = width;
-    spec.height = height;
-    spec.colorType = colorType;
-    spec.bitDepth = depth;
+    PngSpec sample;
+    sample.width = width;
+    sample.height = height;
+    sample.colorType = colorType;
+    sample.bitDepth = depth;
     unsigned int const max = (1u << depth) - 1;
     unsigned int const count = width * height * channelsOf(colorType);
     for (unsigned int i = 0; i < count; ++i)
-        spec.samples.push_back(colorType == PNG_COLOR_TYPE_PALETTE
-                                   ? (i * 7) % (1u << std::min(depth, 8))
-                                   : (i * 2654435761u) % (max + 1));
-    return spec;
+        sample.samples.push_back(colorType == PNG_COLOR_TYPE_PALETTE
+                                     ? (i * 7) % (1u << std::min(depth, 8))
+                                     : (i * 2654435761u) % (max + 1));
+    return sample;
 }
 
-// The reference: the pixel the decoder must give for pixel `p` of `spec`.
-unsigned int expectedPixel(PngSpec const& spec, unsigned int p)
+// The reference: the pixel the decoder must give for pixel `p` of `sample`.
+unsigned int expectedPixel(PngSpec const& sample, unsigned int p)
 {
-    int const c = channelsOf(spec.colorType);
-    auto s = [&](int k) { return to8(spec.samples[p * c + k], spec.bitDepth); };
-    switch (spec.colorType)
+    int const c = channelsOf(sample.colorType);
+    auto s = [&](int k) { return to8(sample.samples[p * c + k], sample.bitDepth); };
+    switch (sample.colorType)
     {
     case PNG_COLOR_TYPE_GRAY:
     {
-        unsigned int const alpha = spec.greyKey && spec.samples[p] == spec.key ? 0u : 255u;
+        unsigned int const alpha = sample.greyKey && sample.samples[p] == sample.key ? 0u : 255u;
         return alpha << 24 | s(0) << 16 | s(0) << 8 | s(0);
     }
     case PNG_COLOR_TYPE_GRAY_ALPHA:
@@ -84,28 +84,28 @@ unsigned int expectedPixel(PngSpec const& spec, unsigned int p)
         return s(3) << 24 | s(0) << 16 | s(1) << 8 | s(2);
     default:
     {
-        unsigned int const index = spec.samples[p];
-        png_color const& color = spec.palette[index];
+        unsigned int const index = sample.samples[p];
+        png_color const& color = sample.palette[index];
         unsigned int const alpha =
-            index < spec.paletteAlpha.size() ? spec.paletteAlpha[index] : 255u;
+            index < sample.paletteAlpha.size() ? sample.paletteAlpha[index] : 255u;
         return alpha << 24 | unsigned(color.red) << 16 | unsigned(color.green) << 8 | color.blue;
     }
     }
 }
 
-void expectDecodesAsReference(PngSpec const& spec, bool expectAlpha)
+void expectDecodesAsReference(PngSpec const& sample, bool expectAlpha)
 {
-    boost::shared_ptr<UI::DIBits> bits = decode(MakePng(spec));
-    ASSERT_TRUE(bits) << "type " << spec.colorType << " depth " << spec.bitDepth;
-    ASSERT_EQ(bits->GetWidth(), int(spec.width));
-    ASSERT_EQ(bits->GetHeight(), int(spec.height));
-    EXPECT_EQ(bits->GetStride(), int(spec.width));
+    boost::shared_ptr<UI::DIBits> bits = decode(MakePng(sample));
+    ASSERT_TRUE(bits) << "type " << sample.colorType << " depth " << sample.bitDepth;
+    ASSERT_EQ(bits->GetWidth(), int(sample.width));
+    ASSERT_EQ(bits->GetHeight(), int(sample.height));
+    EXPECT_EQ(bits->GetStride(), int(sample.width));
     EXPECT_EQ(bits->HasAlpha(), expectAlpha)
-        << "type " << spec.colorType << " depth " << spec.bitDepth;
-    for (unsigned int y = 0; y < spec.height; ++y)
-        for (unsigned int x = 0; x < spec.width; ++x)
-            ASSERT_EQ(pixel(*bits, x, y), expectedPixel(spec, y * spec.width + x))
-                << "type " << spec.colorType << " depth " << spec.bitDepth << " at " << x << ","
+        << "type " << sample.colorType << " depth " << sample.bitDepth;
+    for (unsigned int y = 0; y < sample.height; ++y)
+        for (unsigned int x = 0; x < sample.width; ++x)
+            ASSERT_EQ(pixel(*bits, x, y), expectedPixel(sample, y * sample.width + x))
+                << "type " << sample.colorType << " depth " << sample.bitDepth << " at " << x << ","
                 << y;
 }
 
@@ -133,29 +133,29 @@ TEST(PngDecoding, GreyWithAlphaKeepsAlphaAtBothDepths)
 
 TEST(PngDecoding, GreyWithTransparentKeyBecomesAlpha)
 {
-    PngSpec spec = gradient(PNG_COLOR_TYPE_GRAY, 8, 5, 3);
-    spec.greyKey = true;
-    spec.key = spec.samples[4];
-    expectDecodesAsReference(spec, true);
+    PngSpec sample = gradient(PNG_COLOR_TYPE_GRAY, 8, 5, 3);
+    sample.greyKey = true;
+    sample.key = sample.samples[4];
+    expectDecodesAsReference(sample, true);
 }
 
 TEST(PngDecoding, PaletteAtEveryDepthGivesItsColors)
 {
     for (int depth : {1, 2, 4, 8})
     {
-        PngSpec spec = gradient(PNG_COLOR_TYPE_PALETTE, depth, 9, 4);
-        spec.palette = rainbow(1u << depth);
-        expectDecodesAsReference(spec, false);
+        PngSpec sample = gradient(PNG_COLOR_TYPE_PALETTE, depth, 9, 4);
+        sample.palette = rainbow(1u << depth);
+        expectDecodesAsReference(sample, false);
     }
 }
 
 TEST(PngDecoding, PaletteWithTransparencyGivesAlphaPerEntry)
 {
-    PngSpec spec = gradient(PNG_COLOR_TYPE_PALETTE, 8, 8, 8);
-    spec.palette = rainbow(256);
+    PngSpec sample = gradient(PNG_COLOR_TYPE_PALETTE, 8, 8, 8);
+    sample.palette = rainbow(256);
     for (int i = 0; i < 10; ++i) // fewer entries than colors: the rest stay opaque
-        spec.paletteAlpha.push_back(png_byte(i * 25));
-    expectDecodesAsReference(spec, true);
+        sample.paletteAlpha.push_back(png_byte(i * 25));
+    expectDecodesAsReference(sample, true);
 }
 
 TEST(PngDecoding, RgbAndRgbaAtEightAndSixteenBits)
@@ -169,9 +169,9 @@ TEST(PngDecoding, RgbAndRgbaAtEightAndSixteenBits)
 
 TEST(PngDecoding, InterlacedImagesDecodeLikePlainOnes)
 {
-    PngSpec spec = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 13, 11);
-    spec.interlaced = true;
-    expectDecodesAsReference(spec, true);
+    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 13, 11);
+    sample.interlaced = true;
+    expectDecodesAsReference(sample, true);
 }
 
 TEST(PngDecoding, OpaqueRgbaAndGreyAlphaHaveNoAlpha)
@@ -225,8 +225,8 @@ TEST(PngDecoding, EveryTruncationGivesNoImage)
 
 TEST(PngDecoding, HeadersClaimingHugeImagesAreRefused)
 {
-    PngSpec spec = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
-    std::string file = MakePng(spec);
+    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
+    std::string file = MakePng(sample);
     std::size_t const ihdr = TestSupport::FindChunk(file, "IHDR");
     auto setSize = [&](unsigned int w, unsigned int h)
     {
@@ -271,8 +271,8 @@ TEST(GammaTable, MapsTheRangeOntoExponentsFromDarkToBright)
 
 TEST(GammaTable, DecodingBakesItIntoColorsAndLeavesAlpha)
 {
-    PngSpec spec = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 8, 8);
-    std::string const file = MakePng(spec);
+    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 8, 8);
+    std::string const file = MakePng(sample);
     boost::shared_ptr<UI::DIBits> plain = decode(file, 0.0f);
     boost::shared_ptr<UI::DIBits> dark = decode(file, UI::Media::GAMMA_CORRECTION_RANGE.minimum);
     boost::shared_ptr<UI::DIBits> dim = decode(file, 0.2f);
@@ -339,8 +339,8 @@ TEST_F(PngCache, SharesOneDecodeByNameWhileSomeoneHoldsIt)
 
 TEST_F(PngCache, AnotherGammaReplacesTheEntryAndOldHoldersKeepTheirs)
 {
-    PngSpec spec = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
-    folder.Write("knob.png", MakePng(spec));
+    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
+    folder.Write("knob.png", MakePng(sample));
     boost::shared_ptr<UI::DIBits> plain = UI::Media::GetPNGBits("knob.png", true, 0.0f);
     boost::shared_ptr<UI::DIBits> dark = UI::Media::GetPNGBits("knob.png", true, 0.1f);
     ASSERT_TRUE(plain && dark);
@@ -349,8 +349,8 @@ TEST_F(PngCache, AnotherGammaReplacesTheEntryAndOldHoldersKeepTheirs)
     // The plain entry was replaced: asking for it again decodes anew, the old holder is intact.
     boost::shared_ptr<UI::DIBits> plainAgain = UI::Media::GetPNGBits("knob.png", true, 0.0f);
     EXPECT_NE(plainAgain, plain);
-    EXPECT_EQ(pixel(*plain, 1, 1), expectedPixel(spec, 5));
-    EXPECT_EQ(pixel(*plainAgain, 1, 1), expectedPixel(spec, 5));
+    EXPECT_EQ(pixel(*plain, 1, 1), expectedPixel(sample, 5));
+    EXPECT_EQ(pixel(*plainAgain, 1, 1), expectedPixel(sample, 5));
 }
 
 TEST_F(PngCache, CachedBitsAreServedWithoutTheFile)
