@@ -272,11 +272,12 @@ TEST(PngDecodeImage, RefusesWhatIsNotAWholePng)
     EXPECT_EQ(UI::PNG::DecodePngImage(junk, sizeof junk, bitmap), 2);
     EXPECT_EQ(UI::PNG::DecodePngImage(nullptr, 0, bitmap), 2);
 
-    TestSupport::PngSpec spec;
-    spec.width = 8, spec.height = 8, spec.colorType = PNG_COLOR_TYPE_GRAY, spec.bitDepth = 4;
+    TestSupport::PngSpec sample;
+    sample.width = 8, sample.height = 8, sample.colorType = PNG_COLOR_TYPE_GRAY,
+    sample.bitDepth = 4;
     for (int i = 0; i < 64; ++i)
-        spec.samples.push_back(unsigned(i % 16));
-    std::string const file = TestSupport::MakePng(spec);
+        sample.samples.push_back(unsigned(i % 16));
+    std::string const file = TestSupport::MakePng(sample);
     EXPECT_EQ(UI::PNG::DecodePngImage(reinterpret_cast<unsigned char const*>(file.data()),
                                       unsigned(file.size() - 20), bitmap),
               2);

@@ -34,19 +34,19 @@ int patchRow(int y, int height)
 
 std::string skinFile()
 {
-    TestSupport::PngSpec spec;
-    spec.width = Width;
-    spec.height = Height;
-    spec.colorType = PNG_COLOR_TYPE_RGB;
+    TestSupport::PngSpec sample;
+    sample.width = Width;
+    sample.height = Height;
+    sample.colorType = PNG_COLOR_TYPE_RGB;
     for (int y = 0; y < Height; ++y)
         for (int x = 0; x < Width; ++x)
         {
             unsigned int const c = Patch[patchRow(y, Height)][patchColumn(x, Width)];
-            spec.samples.push_back(c >> 16 & 0xFF);
-            spec.samples.push_back(c >> 8 & 0xFF);
-            spec.samples.push_back(c & 0xFF);
+            sample.samples.push_back(c >> 16 & 0xFF);
+            sample.samples.push_back(c >> 8 & 0xFF);
+            sample.samples.push_back(c & 0xFF);
         }
-    return TestSupport::MakePng(spec);
+    return TestSupport::MakePng(sample);
 }
 
 unsigned int pixel(UI::DIBits const& bits, int x, int y)

@@ -26,13 +26,13 @@ using Record = boost::shared_ptr<MarketingMessageData>;
 /// A 3 x 2 picture with alpha whose pixels are all different, as libpng writes it.
 std::string MakeBanner()
 {
-    TestSupport::PngSpec spec;
-    spec.width = 3;
-    spec.height = 2;
-    spec.colorType = PNG_COLOR_TYPE_RGB_ALPHA;
-    spec.samples = {0x10, 0x20, 0x30, 0xFF, 0x40, 0x50, 0x60, 0xFF, 0x70, 0x80, 0x90, 0x80,
-                    0xA0, 0xB0, 0xC0, 0xFF, 0xD0, 0xE0, 0xF0, 0xFF, 0x01, 0x02, 0x03, 0xFF};
-    return TestSupport::MakePng(spec);
+    TestSupport::PngSpec sample;
+    sample.width = 3;
+    sample.height = 2;
+    sample.colorType = PNG_COLOR_TYPE_RGB_ALPHA;
+    sample.samples = {0x10, 0x20, 0x30, 0xFF, 0x40, 0x50, 0x60, 0xFF, 0x70, 0x80, 0x90, 0x80,
+                      0xA0, 0xB0, 0xC0, 0xFF, 0xD0, 0xE0, 0xF0, 0xFF, 0x01, 0x02, 0x03, 0xFF};
+    return TestSupport::MakePng(sample);
 }
 
 /// Each test serves pages and pictures from a fresh folder under "/root/".

@@ -30,10 +30,10 @@ ERROR_TEXT = ("An error occurred while checking for updates.  Please check your 
 
 
 def load_driver():
-    spec = importlib.util.spec_from_file_location(
+    module_spec = importlib.util.spec_from_file_location(
         "tvdriver", os.path.join(SOURCE, "tools", "tvdriver.py"))
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    module = importlib.util.module_from_spec(module_spec)
+    module_spec.loader.exec_module(module)
     return module
 
 

@@ -50,23 +50,24 @@ void readFromString(png_structp png, png_bytep out, png_size_t length)
     s->at += length;
 }
 
-bool writeAll(png_structp png, png_infop info, PngSpec const& spec, std::string* out,
+bool writeAll(png_structp png, png_infop info, PngSpec const& sample, std::string* out,
               png_bytepp rows)
 {
     if (setjmp(png_jmpbuf(png)))
         return false;
     png_set_write_fn(png, out, &appendToString, &flushNothing);
-    png_set_IHDR(png, info, spec.width, spec.height, spec.bitDepth, spec.colorType,
-                 spec.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE,
+    png_set_IHDR(png, info, sample.width, sample.height, sample.bitDepth, sample.colorType,
+                 sample.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_BASE, PNG_FILTER_TYPE_BASE);
-    if (!spec.palette.empty())
-        png_set_PLTE(png, info, spec.palette.data(), int(spec.palette.size()));
-    if (!spec.paletteAlpha.empty())
-        png_set_tRNS(png, info, spec.paletteAlpha.data(), int(spec.paletteAlpha.size()), nullptr);
-    if (spec.greyKey)
+    if (!sample.palette.empty())
+        png_set_PLTE(png, info, sample.palette.data(), int(sample.palette.size()));
+    if (!sample.paletteAlpha.empty())
+        png_set_tRNS(png, info, sample.paletteAlpha.data(), int(sample.paletteAlpha.size()),
+                     nullptr);
+    if (sample.greyKey)
     {
         png_color_16 key = {};
-        key.gray = png_uint_16(spec.key);
+        key.gray = png_uint_16(sample.key);
         png_set_tRNS(png, info, nullptr, 0, &key);
     }
     png_set_rows(png, info, rows);
@@ -84,29 +85,29 @@ bool readAll(png_structp png, png_infop info)
 
 } // namespace
 
-std::string MakePng(PngSpec const& spec)
+std::string MakePng(PngSpec const& sample)
 {
-    int const channels = channelsOf(spec.colorType);
-    std::size_t const perRow = std::size_t(spec.width) * channels;
-    bool const wide = spec.bitDepth == 16;
+    int const channels = channelsOf(sample.colorType);
+    std::size_t const perRow = std::size_t(sample.width) * channels;
+    bool const wide = sample.bitDepth == 16;
     // PNG_TRANSFORM_PACKING packs sub-byte samples from one byte each.
-    std::vector<png_byte> bytes(perRow * spec.height * (wide ? 2 : 1));
-    for (std::size_t i = 0; i < perRow * spec.height; ++i)
+    std::vector<png_byte> bytes(perRow * sample.height * (wide ? 2 : 1));
+    for (std::size_t i = 0; i < perRow * sample.height; ++i)
     {
-        unsigned int const v = spec.samples.at(i);
+        unsigned int const v = sample.samples.at(i);
         if (wide)
             bytes[2 * i] = png_byte(v >> 8), bytes[2 * i + 1] = png_byte(v);
         else
             bytes[i] = png_byte(v);
     }
-    std::vector<png_bytep> rows(spec.height);
-    for (unsigned int y = 0; y < spec.height; ++y)
+    std::vector<png_bytep> rows(sample.height);
+    for (unsigned int y = 0; y < sample.height; ++y)
         rows[y] = bytes.data() + perRow * (wide ? 2 : 1) * y;
 
     std::string out;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png_create_info_struct(png);
-    bool const ok = writeAll(png, info, spec, &out, rows.data());
+    bool const ok = writeAll(png, info, sample, &out, rows.data());
     png_destroy_write_struct(&png, &info);
     if (!ok)
         throw std::runtime_error("libpng could not write the test image");

@@ -25,8 +25,8 @@ struct PngSpec
     unsigned int key = 0;
 };
 
-/// The file libpng's own writer makes of `spec`.
-std::string MakePng(PngSpec const& spec);
+/// The file libpng's own writer makes of `sample`.
+std::string MakePng(PngSpec const& sample);
 
 /// The samples of a PNG read back by libpng with no transform (16 bits kept), row after row;
 /// empty when it can't be read.
