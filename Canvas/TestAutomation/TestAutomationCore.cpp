@@ -15,6 +15,7 @@
 #include "Canvas/UI/MultiText.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/Text.h"
+#include "Canvas/UI/ToolTip.h"
 #include "Canvas/UI/Window.h"
 #include "TvBase/Util/Module.h"
 
@@ -303,6 +304,8 @@ void TestAutomationCore::getTypeInfo(UI::Window* window, RPCReplyInterface* repl
         reply->SetValue("text", multi->GetText().CStr());
     else if (auto* edit = dynamic_cast<UI::Edit*>(window))
         reply->SetValue("text", edit->GetText().CStr());
+    else if (auto* tip = dynamic_cast<UI::ToolTip*>(window))
+        reply->SetValue("text", tip->GetText().CStr());
     // Widgets add their own keys ("value", "isOn", "selectedItem"...) when asked.
     window->ProcessTARequest(String("GetInfo"), nullptr, reply);
 }
