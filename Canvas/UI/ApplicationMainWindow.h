@@ -40,7 +40,12 @@ public:
     /// goes to `onTestAutomationRequest`. True when handled.
     bool TestAutomationRequest(String const& request, Window* window,
                                TestAutomation::RPCReplyInterface* reply);
-    /// Does nothing by default; true when handled.
+    /// Answers "SaveScreenShot|<file>[|<widget path>]" by default: writes the bitmap of a frame
+    /// as it was last painted to <file> as PNG (".png" is added when the name lacks it) and
+    /// answers the written file under "path". The frame is that of the window named by the
+    /// widget path, else of `window`, else this window's own. The file name cannot hold "|".
+    /// Errors: "SaveScreenShot needs a file name", "Widget not found", "The frame has no
+    /// bitmap" and "Could not write <file>". Anything else is not handled; true when handled.
     virtual bool onTestAutomationRequest(String const& request, Window* window,
                                          TestAutomation::RPCReplyInterface* reply);
     /// Does nothing by default.

@@ -143,6 +143,19 @@ void MainWindow::onSetGeometry()
         background->SetGeometry(0, 0, GetWidth(), GetHeight());
 }
 
+bool MainWindow::onTestAutomationRequest(String const& request, Window* window,
+                                         TestAutomation::RPCReplyInterface* reply)
+{
+    if (connectingHost && !GetHostWindow()->IsVisible() && connectingHost->GetFrame())
+    {
+        auto* panel =
+            dynamic_cast<ApplicationMainWindow*>(connectingHost->GetFrame()->GetTopLevelWindow());
+        if (panel && panel != this)
+            return panel->TestAutomationRequest(request, window, reply);
+    }
+    return ApplicationMainWindow::onTestAutomationRequest(request, window, reply);
+}
+
 void MainWindow::masterUpdateTimer(void* window)
 {
     static_cast<MainWindow*>(window)->onMasterUpdateTimer();

@@ -61,6 +61,10 @@ public:
     static String GetErrorMessage();
 
     void onSetGeometry() override;
+    /// Until the result shows, the connecting window is what the user sees: the driver's
+    /// requests go to its panel then, so that "SaveScreenShot" writes the frame on the screen.
+    bool onTestAutomationRequest(String const& request, Window* window,
+                                 TestAutomation::RPCReplyInterface* reply) override;
 
 private:
     void setCustomPalette();
