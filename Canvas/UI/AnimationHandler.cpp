@@ -37,21 +37,57 @@ void AnimationHandler::SetTextSetter(TextKind kind, TextSetter setter)
 
 // ---- starting
 
+namespace
+{
+
+typedef AnimationHandler::Info Info;
+
+/// What every request holds: its category, window, duration and end callback.
+Info request(checked_value<unsigned int> const& category, Window* window, unsigned int ms,
+             checked_value<AnimationHandler::Callback> const& finished)
+{
+    Info info;
+    info.category = category;
+    info.window = window;
+    info.duration = ms;
+    info.finished = finished;
+    return info;
+}
+
+void addAlpha(Info& info, unsigned char from, unsigned char to, bool alsoBaseAlpha)
+{
+    info.hasAlpha = true;
+    info.setBaseAlpha = alsoBaseAlpha;
+    info.alphaFrom = from;
+    info.alphaTo = to;
+}
+
+void addGeometry(Info& info, Rect const& from, Rect const& to)
+{
+    info.hasGeometry = true;
+    info.rectFrom = from;
+    info.rectTo = to;
+}
+
+void addTextLength(Info& info, AnimationHandler::TextKind kind, String const& from,
+                   String const& to)
+{
+    info.hasTextLength = kind == AnimationHandler::SingleLineText;
+    info.hasMultiTextLength = kind == AnimationHandler::MultiLineText;
+    info.textFrom = from;
+    info.textTo = to;
+}
+
+} // namespace
+
 unsigned int AnimationHandler::Alpha(checked_value<unsigned int> const& category, Window* window,
                                      unsigned int ms, unsigned char from, unsigned char to,
                                      checked_value<unsigned int> const& after,
                                      checked_value<Callback> const& finished, bool force,
                                      bool alsoBaseAlpha)
 {
-    Info info;
-    info.category = category;
-    info.window = window;
-    info.duration = ms;
-    info.hasAlpha = true;
-    info.setBaseAlpha = alsoBaseAlpha;
-    info.alphaFrom = from;
-    info.alphaTo = to;
-    info.finished = finished;
+    Info info = request(category, window, ms, finished);
+    addAlpha(info, from, to, alsoBaseAlpha);
     return start(info, after, force);
 }
 
@@ -60,14 +96,8 @@ unsigned int AnimationHandler::Geometry(checked_value<unsigned int> const& categ
                                         checked_value<unsigned int> const& after,
                                         checked_value<Callback> const& finished, bool force)
 {
-    Info info;
-    info.category = category;
-    info.window = window;
-    info.duration = ms;
-    info.hasGeometry = true;
-    info.rectFrom = from;
-    info.rectTo = to;
-    info.finished = finished;
+    Info info = request(category, window, ms, finished);
+    addGeometry(info, from, to);
     return start(info, after, force);
 }
 
@@ -79,18 +109,9 @@ unsigned int AnimationHandler::AlphaGeometry(checked_value<unsigned int> const& 
                                              checked_value<Callback> const& finished, bool force,
                                              bool alsoBaseAlpha)
 {
-    Info info;
-    info.category = category;
-    info.window = window;
-    info.duration = ms;
-    info.hasAlpha = true;
-    info.setBaseAlpha = alsoBaseAlpha;
-    info.alphaFrom = alphaFrom;
-    info.alphaTo = alphaTo;
-    info.hasGeometry = true;
-    info.rectFrom = from;
-    info.rectTo = to;
-    info.finished = finished;
+    Info info = request(category, window, ms, finished);
+    addAlpha(info, alphaFrom, alphaTo, alsoBaseAlpha);
+    addGeometry(info, from, to);
     return start(info, after, force);
 }
 
@@ -100,15 +121,8 @@ unsigned int AnimationHandler::TextLength(checked_value<unsigned int> const& cat
                                           checked_value<unsigned int> const& after,
                                           checked_value<Callback> const& finished, bool force)
 {
-    Info info;
-    info.category = category;
-    info.window = textWindow;
-    info.duration = ms;
-    info.hasTextLength = kind == SingleLineText;
-    info.hasMultiTextLength = kind == MultiLineText;
-    info.textFrom = from;
-    info.textTo = to;
-    info.finished = finished;
+    Info info = request(category, textWindow, ms, finished);
+    addTextLength(info, kind, from, to);
     return start(info, after, force);
 }
 
@@ -119,18 +133,9 @@ unsigned int AnimationHandler::AlphaTextLength(checked_value<unsigned int> const
                                                checked_value<unsigned int> const& after,
                                                checked_value<Callback> const& finished, bool force)
 {
-    Info info;
-    info.category = category;
-    info.window = textWindow;
-    info.duration = ms;
-    info.hasAlpha = true;
-    info.alphaFrom = alphaFrom;
-    info.alphaTo = alphaTo;
-    info.hasTextLength = kind == SingleLineText;
-    info.hasMultiTextLength = kind == MultiLineText;
-    info.textFrom = from;
-    info.textTo = to;
-    info.finished = finished;
+    Info info = request(category, textWindow, ms, finished);
+    addAlpha(info, alphaFrom, alphaTo, false);
+    addTextLength(info, kind, from, to);
     return start(info, after, force);
 }
 
@@ -139,14 +144,10 @@ unsigned int AnimationHandler::Generic(checked_value<unsigned int> const& catego
                                        checked_value<unsigned int> const& after,
                                        checked_value<Callback> const& finished, bool force)
 {
-    Info info;
-    info.category = category;
-    info.window = window;
-    info.duration = ms;
+    Info info = request(category, window, ms, finished);
     info.generic = true;
     info.from = from;
     info.to = to;
-    info.finished = finished;
     return start(info, after, force);
 }
 
