@@ -2,8 +2,10 @@
 """The updater end to end: real runs of tavorin-updater on an X display (its own Xvfb unless
 DISPLAY is set) against a loopback HTTP site served from this process, with the settings in a
 temp folder seeded through tvdefaults and the UI read through the test bridge (tvdriver.py).
-Screenshots of each state are kept in the artifacts folder. Exits 77 (skipped) without a
-display. Every wait is bounded."""
+Each state reached is proven on the screen: the program's X window at the frame's place is
+grabbed and compared pixel for pixel with the frame's own bitmap, which the program writes on
+the driver's request; both pictures, and a diff picture when they differ, are kept under
+<artifacts>/updater. Exits 77 (skipped) without a display. Every wait is bounded."""
 
 import argparse
 import http.server
@@ -21,6 +23,7 @@ import time
 import unittest
 
 ARGS = None
+ARTIFACTS = None
 SKIP = 77
 SOURCE = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
 DOMAIN = "com.tavorin.updater"
@@ -42,14 +45,19 @@ tvdriver = load_driver()
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
 from xvfb_display import Display  # noqa: E402
+import png_reader  # noqa: E402
+import xlib_client  # noqa: E402
+
+
 class Site:
     """A loopback HTTP server over a dict of paths; a path in `stall` never answers until the
-    server stops."""
+    server stops, and a path in `hold` answers once `release` is set."""
 
-    def __init__(self, pages, stall=()):
+    def __init__(self, pages, stall=(), hold=()):
         site = self
         self.pages = dict(pages)
         self.stall = set(stall)
+        self.hold = set(hold)
         self.release = threading.Event()
 
         class Handler(http.server.BaseHTTPRequestHandler):
@@ -57,6 +65,8 @@ class Site:
                 if self.path in site.stall:
                     site.release.wait(30)
                     return
+                if self.path in site.hold:
+                    site.release.wait(30)
                 body = site.pages.get(self.path)
                 if body is None:
                     self.send_error(404)
@@ -118,7 +128,7 @@ class UpdaterRuns(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        os.makedirs(ARGS.artifacts, exist_ok=True)
+        os.makedirs(ARTIFACTS, exist_ok=True)
 
     def setUp(self):
         self.work = tempfile.mkdtemp(prefix="tv-updater-e2e.")
@@ -163,8 +173,8 @@ class UpdaterRuns(unittest.TestCase):
 
     # ---- helpers
 
-    def site(self, pages, stall=()):
-        s = Site(pages, stall)
+    def site(self, pages, stall=(), hold=()):
+        s = Site(pages, stall, hold)
         self.sites.append(s)
         return s
 
@@ -198,11 +208,82 @@ class UpdaterRuns(unittest.TestCase):
         self.drivers.append(d)
         return d
 
-    def shot(self, name):
-        subprocess.run(["import", "-window", "root",
-                        os.path.join(ARGS.artifacts, name + ".png")],
-                       env=self.env, timeout=20, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL)
+    # ---- what reached the screen
+
+    def xdotool(self, *args):
+        return subprocess.run(["xdotool"] + [str(a) for a in args], env=self.env,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                              timeout=10).stdout.split()
+
+    def mapped_windows(self, p):
+        """The program's mapped X windows: id -> (x, y, width, height) on the screen."""
+        out = {}
+        for window in self.xdotool("search", "--onlyvisible", "--pid", p.pid):
+            values = dict(line.split("=", 1) for line in self.xdotool(
+                "getwindowgeometry", "--shell", window) if "=" in line)
+            out[int(window)] = tuple(int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+        return out
+
+    def x_window_of(self, d, p, widget):
+        """The one mapped X window of the program that stands exactly where the frame of the
+        top-level window `widget` is on the screen."""
+        info = d.widget_info(widget)
+        place = (int(info["screenX"]), int(info["screenY"]), int(info["width"]),
+                 int(info["height"]))
+        windows = self.mapped_windows(p)
+        found = [w for w, rect in windows.items() if rect == place]
+        self.assertEqual(1, len(found), "no single window at %s among %s" % (place, windows))
+        return found[0]
+
+    def save_frame(self, d, widget, path):
+        """Has the program write the bitmap of `widget`'s frame. The main window's path goes
+        through the application request alone, which the program answers with the frame that
+        is on the screen (the connecting window's or the main window's)."""
+        request = "SaveScreenShot|" + path + ("" if widget == MAIN else "|" + widget)
+        result = d.call("appAutomationRequest", req=request)
+        self.assertEqual(("true", path), (result.get("Handled"), result.get("path")))
+
+    def capture(self, d, p, name, widget=MAIN):
+        """The frame's bitmap and the X window's pixels, read back from the two PNG files kept
+        as artefacts. A frame that changed while the screen was grabbed is grabbed again."""
+        frame_file = os.path.join(ARTIFACTS, name + "-frame.png")
+        screen_file = os.path.join(ARTIFACTS, name + "-screen.png")
+        again_file = os.path.join(self.work, name + "-frame-again.png")
+        for _ in range(5):
+            window = self.x_window_of(d, p, widget)
+            self.save_frame(d, widget, frame_file)
+            # 24-bit Xvfb: the grab has no alpha, like the frame's bitmap.
+            subprocess.run(["import", "-window", str(window), "PNG24:" + screen_file],
+                           env=self.env, check=True, timeout=20, stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL)
+            self.save_frame(d, widget, again_file)
+            with open(frame_file, "rb") as a, open(again_file, "rb") as b:
+                if a.read() == b.read():
+                    break
+        else:
+            self.fail("the frame of %s kept changing while its window was grabbed" % widget)
+        frame = png_reader.read_png(frame_file)
+        screen = png_reader.read_png(screen_file)
+        # Both are opaque pictures, so all four channels must agree.
+        self.assertTrue(frame.opaque() and screen.opaque())
+        return frame, screen, window
+
+    def difference(self, name, frame, screen):
+        """Compares; a difference keeps its picture as <name>-diff.png."""
+        self.assertEqual((frame.width, frame.height), (screen.width, screen.height),
+                         "the window and the frame differ in size")
+        diff = png_reader.compare(frame, screen)
+        if diff.count:
+            png_reader.write_png(os.path.join(ARTIFACTS, name + "-diff.png"), diff.picture)
+        return diff
+
+    def assert_on_screen(self, d, p, name, widget=MAIN):
+        """Proves that the program's window shows exactly what its frame painted."""
+        frame, screen, window = self.capture(d, p, name, widget)
+        diff = self.difference(name, frame, screen)
+        self.assertEqual(0, diff.count, "%s: %s (see %s-*.png in %s)" % (name, diff, name,
+                                                                        ARTIFACTS))
+        return frame, window
 
     def click(self, d, path):
         info = d.widget_info(path)
@@ -210,6 +291,13 @@ class UpdaterRuns(unittest.TestCase):
         y = int(info["screenY"]) + int(info["height"]) // 2
         subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"],
                        env=self.env, check=True, timeout=10)
+
+    def move_pointer(self, x, y):
+        """As a mouse moves it: the program reads the pointer's place from the X server's
+        motion events, which a warp (`xdotool mousemove`) doesn't make when the pointer lands
+        outside the program's windows."""
+        with xlib_client.Connection(self.display.name) as connection:
+            connection.move_pointer(x, y)
 
     def wait_exit(self, p, timeout=10):
         return p.wait(timeout)
@@ -231,6 +319,7 @@ class UpdaterRuns(unittest.TestCase):
         self.install("Alpha Mixer", "3.0")
         self.install("Beta Synth", "2.0")
         self.install("Gamma Reverb", "1.05")
+        started = int(time.time())
         p = self.start(site.host)
         d = self.driver()
         self.main_shown(d)
@@ -248,10 +337,9 @@ class UpdaterRuns(unittest.TestCase):
         self.assertEqual("true", d.widget_info(MAIN + "|Product Name Header")["visible"])
         with self.assertRaises(tvdriver.RequestError):
             d.widget_info(MAIN + "|No Updates Text")
+        _, window = self.assert_on_screen(d, p, "updates-listed")
         # The connecting window is gone once the list shows.
-        d.wait_until(lambda: d.widget_info(MAIN + "|Connecting Text").get("visible") != "true"
-                     if self._exists(d, MAIN + "|Connecting Text") else True, timeout=5)
-        self.shot("updates-listed")
+        self.assertEqual([window], list(self.mapped_windows(p)))
 
         # A click on "Update" opens the row's page through xdg-open.
         self.click(d, row % "Gamma Reverb" + "|Update Link")
@@ -261,21 +349,23 @@ class UpdaterRuns(unittest.TestCase):
         with open(self.opened) as f:
             self.assertEqual(site.url("/products/gamma-reverb/"), f.read().strip())
 
+        self.assertIsNone(p.poll())
+
         # Close ends the program with status 0; the settings hold the check and the place.
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
         values = self.settings()
         self.assertEqual("", values.get("LastResult"))
-        self.assertIn("LastUpdateCheckTime", values)
+        # Seconds since 1970, taken when the check started.
+        self.assertLessEqual(started, values["LastUpdateCheckTime"])
+        self.assertLessEqual(values["LastUpdateCheckTime"], time.time())
         # Settings keep "/" inside flat key names.
         self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", values)
 
-    def _exists(self, d, path):
-        try:
-            d.widget_info(path)
-            return True
-        except tvdriver.RequestError:
-            return False
+    def _visible_tip(self, d):
+        """The tool tip's info while it shows; None otherwise."""
+        info = d.widget_info("ToolTip")
+        return info if info.get("visible") == "true" else None
 
     def test_no_updates_shows_the_line_and_hides_the_headers(self):
         site = self.standard_site()
@@ -288,12 +378,28 @@ class UpdaterRuns(unittest.TestCase):
         self.assertEqual("false", d.widget_info(MAIN + "|Product Name Header")["visible"])
         self.assertEqual("true", d.widget_info(MAIN + "|Information for user")["visible"])
         panel = d.widget_info(MAIN + "|Updates Panel")
-        centre = int(panel["x"]) + int(panel["width"]) // 2
-        self.assertLessEqual(abs(int(info["x"]) + int(info["width"]) // 2 - centre), 1)
-        self.shot("no-updates")
+        self.assertEqual(
+            (int(panel["x"]) + int(panel["width"]) // 2 - int(info["width"]) // 2,
+             int(panel["y"]) + int(panel["height"]) // 2 - int(info["height"]) // 2),
+            (int(info["x"]), int(info["y"])))
+        frame, window = self.assert_on_screen(d, p, "no-updates")
+
+        # Pixels the frame never painted are caught: another client paints a 3 x 2 block into
+        # the window, and the same comparison now finds exactly those six pixels.
+        self.assertNotEqual((255, 0, 255, 255), frame.pixel(10, 20))
+        with xlib_client.Connection(self.display.name) as x:
+            x.fill_rectangle(window, 10, 20, 3, 2, 0xFF00FF)
+        frame, screen, _ = self.capture(d, p, "painted-over")
+        diff = self.difference("painted-over", frame, screen)
+        self.assertEqual((6, (10, 20), (10, 20, 12, 21)), (diff.count, diff.first, diff.bounds))
+        self.assertEqual((255, 0, 255, 255), screen.pixel(12, 21))
+        self.assertTrue(os.path.exists(os.path.join(ARTIFACTS, "painted-over-diff.png")))
+
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
-        self.assertEqual("", self.settings().get("LastResult"))
+        values = self.settings()
+        self.assertEqual("", values.get("LastResult"))
+        self.assertIn("LastUpdateCheckTime", values)
 
     def test_server_down_shows_the_fixed_message(self):
         self.install("Alpha Mixer", "3.0")
@@ -307,7 +413,7 @@ class UpdaterRuns(unittest.TestCase):
         info = d.wait_for_widget(MAIN + "|No Updates Text", timeout=5)
         self.assertEqual(ERROR_TEXT, info["text"])
         self.assertEqual(446 * 2 // 3, int(info["width"]))
-        self.shot("error")
+        self.assert_on_screen(d, p, "error")
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
         values = self.settings()
@@ -319,17 +425,68 @@ class UpdaterRuns(unittest.TestCase):
         p = self.start(site.host)
         d = self.driver()
         d.wait_for_widget(MAIN + "|Cancel Button", timeout=10)
-        self.shot("connecting")
-        d.take_notices()
+        _, window = self.assert_on_screen(d, p, "connecting")
+        self.assertEqual([window], list(self.mapped_windows(p)))
         self.click(d, MAIN + "|Cancel Button")
         self.assertEqual(0, self.wait_exit(p))
-        try:
-            d.poll_notices(0.2)
-        except tvdriver.DriverError:
-            pass  # the program has gone, as it should
-        shown = [n for n in d.notices
-                 if n.kind == "Show" and n.texts[:1] == ["Updater Host Window"]]
-        self.assertEqual([], shown)
+        # A canceled check counts as a check but reports nothing.
+        values = self.settings()
+        self.assertIn("LastUpdateCheckTime", values)
+        self.assertNotIn("LastResult", values)
+
+    # ---- the close boxes
+
+    def threads(self, p):
+        """The names of the program's threads."""
+        names = []
+        for task in os.listdir("/proc/%d/task" % p.pid):
+            try:
+                with open("/proc/%d/task/%s/comm" % (p.pid, task)) as f:
+                    names.append(f.read().strip())
+            except OSError:
+                pass
+        return names
+
+    def close_box(self, d, p, widget=MAIN):
+        """Clicks the close box of the window whose frame holds `widget`, as a window manager
+        passes that click on: WM_DELETE_WINDOW to the program, which decides what happens."""
+        window = self.x_window_of(d, p, widget)
+        with xlib_client.Connection(self.display.name) as x:
+            x.request_close(window)
+        return window
+
+    def test_main_window_close_box_ends_the_program_like_close(self):
+        site = self.standard_site()
+        self.install("Alpha Mixer", "3.0")
+        p = self.start(site.host)
+        d = self.driver()
+        self.main_shown(d)
+        self.close_box(d, p)
+        self.assertEqual(0, self.wait_exit(p))
+        values = self.settings()
+        self.assertEqual("", values.get("LastResult"))
+        self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", values)
+
+    def test_connecting_close_box_ends_that_window_only(self):
+        # The close box ends the connecting window and the tick that would hand over to the
+        # main window: the check still ends, but no window shows again and the program runs
+        # on until it is quit from its menu.
+        site = self.standard_site()
+        site.hold.add("/products/versions/versions.txt")
+        self.install("Alpha Mixer", "3.0")
+        p = self.start(site.host)
+        d = self.driver()
+        d.wait_for_widget(MAIN + "|Cancel Button", timeout=10)
+        self.close_box(d, p)
+        d.wait_until(lambda: not self.mapped_windows(p), timeout=5)
+        # The versions file comes now, with an update in it, and the worker ends.
+        self.assertIn("Updater Thread", self.threads(p))
+        site.release.set()
+        d.wait_until(lambda: "Updater Thread" not in self.threads(p), timeout=10)
+        # A dozen ticks later no window has shown and the program still runs.
+        d.poll_notices(0.4)
+        self.assertEqual({}, self.mapped_windows(p))
+        self.assertIsNone(p.poll())
 
     # ---- silent runs
 
@@ -369,7 +526,7 @@ class UpdaterRuns(unittest.TestCase):
         self.assertEqual("false", last["visible"]) if "visible" in last else None
         self.assertEqual(358, int(d.widget_info(MAIN)["height"]))
         self.assertLess(int(view["height"]), 20 * 30)
-        self.shot("twenty-updates")
+        self.assert_on_screen(d, p, "twenty-updates")
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
 
@@ -385,7 +542,27 @@ class UpdaterRuns(unittest.TestCase):
         self.assertEqual(358, int(banner["y"]))
         self.assertEqual(64, int(banner["height"]))
         self.assertEqual(358 + 64, int(d.widget_info(MAIN)["height"]))
-        self.shot("banner")
+        self.assert_on_screen(d, p, "banner")
+
+        # Resting on the banner brings its tip: a window of its own at the pointer, showing
+        # what the tip's frame painted, gone again once the pointer leaves the program.
+        self.assertFalse(self._visible_tip(d))
+        x = int(banner["screenX"]) + int(banner["width"]) // 2
+        y = int(banner["screenY"]) + int(banner["height"]) // 2
+        self.move_pointer(x, y)
+        tip = d.wait_until(lambda: self._visible_tip(d), timeout=5)
+        self.assertEqual("Spring sale on every plug-in", tip["text"])
+        self.assertEqual((x, y), (int(tip["screenX"]), int(tip["screenY"])))
+        frame, tip_window = self.assert_on_screen(d, p, "tool-tip", "ToolTip")
+        self.assertEqual((int(tip["width"]), int(tip["height"])), (frame.width, frame.height))
+        # The main window lies under the tip: the tip is not drawn into its frame.
+        main_window = self.x_window_of(d, p, MAIN)
+        self.assertNotEqual(main_window, tip_window)
+        self.move_pointer(2, 2)
+        d.wait_until(lambda: not self._visible_tip(d), timeout=5)
+        d.wait_until(lambda: tip_window not in self.mapped_windows(p), timeout=5)
+        self.assert_on_screen(d, p, "banner-after-tip")
+
         self.click(d, MAIN + "|MessageButton")
         deadline = time.monotonic() + 10
         while not os.path.exists(self.opened) and time.monotonic() < deadline:
@@ -425,6 +602,8 @@ def main():
     parser.add_argument("--module", required=True)
     parser.add_argument("--artifacts", required=True)
     ARGS, rest = parser.parse_known_args()
+    global ARTIFACTS
+    ARTIFACTS = os.path.join(os.path.abspath(ARGS.artifacts), "updater")
     display = Display()
     if not display.start():
         print("no X display: skipped")
