@@ -16,10 +16,12 @@ tv_library(tv_text
   DEPS tv_host tv_canvas tv_window tv_fonts tv_core)
 target_link_libraries(tv_text PRIVATE PkgConfig::SDL2)
 
+# The gallery starts the test automation bridge, so it links the bridge's loader.
 tv_executable(tv-gallery
-  SOURCES examples/gallery/main.cpp examples/gallery/Gallery.cpp examples/gallery/Buttons.cpp
-          examples/gallery/Scrolling.cpp examples/gallery/Images.cpp
-  DEPS tv_text tv_buttons tv_scrolling tv_tab tv_images tv_layout tv_files tv_controller tv_host tv_config)
+  SOURCES examples/gallery/main.cpp examples/gallery/MainWindow.cpp examples/gallery/Gallery.cpp
+          examples/gallery/Buttons.cpp examples/gallery/Scrolling.cpp examples/gallery/Images.cpp
+  DEPS tv_text tv_buttons tv_scrolling tv_tab tv_images tv_layout tv_files tv_controller tv_host
+       tv_config tv_testautomation)
 
 # The gallery's images, icon and layouts, packed into Resources/gallery.resembed beside it and
 # repacked when any file below its resource folder changes.

@@ -1,6 +1,6 @@
 // The buttons section: one of each kind, each reporting on the standard output when used, so
 // that scripts can follow what happened: "clicked <name>", "toggled <name>: on|off" and
-// "chose <value>".
+// "chose <value>". The "About…" button also opens the About box.
 
 #include "Canvas/UI/CheckBox.h"
 #include "Canvas/UI/Hyperlink.h"
@@ -59,6 +59,17 @@ int AddButtons(Page* page, int y)
                                                                   onOff->IsOn() ? "on" : "off");
                                                       std::fflush(stdout);
                                                   }));
+
+    // The About box is one click away for the user too, not only for a test driver.
+    UI::SimplePushButton* about =
+        new UI::SimplePushButton(frame, page, "About Button", "About\u2026");
+    about->SetGeometry(Left + 232, y, 100, 22);
+    about->signalClicked.Connect(nullptr, boost::function<void()>(
+                                              [about, page]
+                                              {
+                                                  Report("clicked", about->GetName());
+                                                  page->signalAbout();
+                                              }));
     y += 30;
 
     UI::SimpleCheckBox* check = new UI::SimpleCheckBox(frame, page, "Check Box");

@@ -23,7 +23,9 @@ unsigned int const TitleInk = 0xFF305080;
 
 } // namespace
 
-Page::Page(UI::Frame* frame, String const& name) : Window(frame, nullptr, name) {}
+Page::Page(UI::Frame* frame, UI::Window* parent, String const& name) : Window(frame, parent, name)
+{
+}
 
 void Page::Draw(UI::DrawContext* context)
 {

@@ -4,6 +4,7 @@
 // the previous section. A new section is one more function and one more line in `Build`.
 
 #include "Canvas/UI/Window.h"
+#include "TvBase/Util/Signal.h"
 
 namespace UI
 {
@@ -14,15 +15,19 @@ class Frame;
 namespace Gallery
 {
 
-/// The window everything sits on: a plain background with a section title above each part.
+/// The window everything sits on: a plain background with a section title above each part. It
+/// fills the main window.
 class Page : public UI::Window
 {
 public:
-    Page(UI::Frame* frame, String const& name);
+    Page(UI::Frame* frame, UI::Window* parent, String const& name);
     void Draw(UI::DrawContext* context) override;
 
     /// Adds a title text at (`x`, `y`) and returns the y below it.
     int AddSectionTitle(String const& title, int y, int x = 16);
+
+    /// The user asked for the About box (its button in the buttons section).
+    Signal<> signalAbout;
 };
 
 /// The page's width: two columns of sections.

@@ -2,6 +2,7 @@
 // panes with a splitter between them, and tabs over a window stack. Scrolling the list prints
 // "scrolled <x> <y>" and choosing a tab "tab <caption>", so that scripts can follow.
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
@@ -46,6 +47,16 @@ public:
         if (outline)
             context->DrawBox(all, UI::DrawContext::Outline, outline, 255);
         Window::Draw(context);
+    }
+
+    /// Tells a test driver its fill colour, "color" in hex, with the rest of its information.
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                          TestAutomation::RPCReplyInterface* reply) override
+    {
+        if (request != "GetInfo" || !reply)
+            return false;
+        reply->SetValue("color", String("%1").Arg(fill, 16u).CStr());
+        return true;
     }
 
 private:

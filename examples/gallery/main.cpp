@@ -4,7 +4,11 @@
 //   tv-gallery [--exit-after-paint]
 //
 // Accepted edits are reported on the standard output as "edited <name>: <text>", and the other
-// widgets report their use there too (see each section). Closing the window or Ctrl+Q quits.
+// widgets report their use there too (see each section). The "About…" button opens a small
+// About box. Closing the window or Ctrl+Q quits.
+//
+// The gallery runs the test automation bridge as "APP:Gallery" when its module is installed
+// (or named by TV_TEST_AUTOMATION_MODULE); without it nothing differs.
 
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Frame.h"
@@ -12,12 +16,14 @@
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/SimpleToolTip.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 #include "TvBase/Util/ConfigFile.h"
 #include "TvBase/Util/FolderPath.h"
 #include "TvBase/Util/ProcessInfo.h"
 #include "TvBase/Util/ResourceManager.h"
 #include "TvBase/Util/SystemFolders.h"
 #include "examples/gallery/Gallery.h"
+#include "examples/gallery/MainWindow.h"
 
 #include <boost/function.hpp>
 
@@ -50,14 +56,15 @@ int main(int argc, char** argv)
     UI::Canvas canvas("Gallery");
     canvas.SetPlatform(
         boost::shared_ptr<UI::CanvasPlatform>(new UI::Native::HostCanvasPlatform(&canvas)));
+    UI::TestAutomationInterface::Start("APP:Gallery");
+    UI::TestAutomationInterface::SetCanvas(&canvas);
     String const name("Gallery");
     std::unique_ptr<UI::Native::HostWindow> host(
         UI::Native::PlatformSupportFactory::CreateHostWindow(&canvas, name, nullptr, &config));
     UI::Frame* frame = host->GetFrame();
 
-    Gallery::Page* page = new Gallery::Page(frame, "Gallery Page");
-    frame->SetTopLevelWindow(page);
-    int const height = Gallery::Build(page);
+    Gallery::MainWindow* window = new Gallery::MainWindow(host.get(), &config);
+    int const height = Gallery::Build(window->GetPage());
 
     UI::Native::HostWindowStyle style;
     style.resizable = true;
@@ -68,6 +75,9 @@ int main(int argc, char** argv)
                                 false, false, style, false, true))
     {
         std::fprintf(stderr, "no window: is there a display?\n");
+        host.reset();
+        UI::TestAutomationInterface::SetCanvas(nullptr);
+        UI::TestAutomationInterface::Stop();
         return 1;
     }
     UI::InstallCanvasToolTip(&canvas);
@@ -93,6 +103,8 @@ int main(int argc, char** argv)
     }
     canvas.SetToolTip(nullptr, UI::Canvas::ToolTipTextSetter());
     host.reset();
+    UI::TestAutomationInterface::SetCanvas(nullptr);
+    UI::TestAutomationInterface::Stop();
     config.Synchronize();
     return 0;
 }
