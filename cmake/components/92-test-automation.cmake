@@ -57,21 +57,20 @@ target_compile_definitions(tv_testautomation_tests PRIVATE
   TV_TEST_AUTOMATION_MODULE_V3_PATH="$<TARGET_FILE:TvTestAutomationV3>")
 add_dependencies(tv_testautomation_tests TvTestAutomation TvTestAutomationV3)
 
-# A real SDL program with nested windows for the end-to-end test, driven by tools/tvdriver.py
-# under Xvfb; the script starts its own Xvfb when no display is set, and skips without one.
-tv_executable(tv-testautomation-probe
-  SOURCES tests/Canvas/TestAutomation/ProbeProgram.cpp
-  DEPS tv_testautomation tv_text tv_host tv_config)
+# The bridge end to end on the gallery example (a real SDL program with nested windows and a
+# second host window), driven by tools/tvdriver.py under Xvfb; the script starts its own Xvfb
+# when no display is set, and skips without one.
 find_package(Python3 COMPONENTS Interpreter)
 if(Python3_Interpreter_FOUND)
   add_test(NAME tv_testautomation_end_to_end
     COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tests/Canvas/TestAutomation/end_to_end_test.py
-      --program $<TARGET_FILE:tv-testautomation-probe>
+      --program $<TARGET_FILE:tv-gallery>
       --module $<TARGET_FILE:TvTestAutomation>
+      --module-v3 $<TARGET_FILE:TvTestAutomationV3>
       --driver ${PROJECT_SOURCE_DIR}/tools/tvdriver.py)
   set_tests_properties(tv_testautomation_end_to_end PROPERTIES
-    LABELS gui TIMEOUT 180 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
-  set_property(GLOBAL APPEND PROPERTY TV_ALL_TESTS tv-testautomation-probe TvTestAutomation)
+    LABELS gui TIMEOUT 300 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
+  set_property(GLOBAL APPEND PROPERTY TV_ALL_TESTS tv-gallery TvTestAutomation TvTestAutomationV3)
 endif()
 
 tv_fuzz(JsonRpcFuzz

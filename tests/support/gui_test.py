@@ -1,0 +1,247 @@
+"""What the Python GUI test scripts share: the test driver loaded from tools/tvdriver.py, a
+program whose standard output is read line by line, the X tools that act as the user (pointer,
+keys, the window manager's close request) and read the screen, and unittest's main on a private
+display that exits 77 (skipped) when no display can be had. Every wait is bounded.
+
+A script puts this folder on its path and imports what it needs:
+
+    sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"))
+    import gui_test
+"""
+
+import ctypes
+import ctypes.util
+import importlib.util
+import os
+import re
+import subprocess
+import sys
+import threading
+import time
+import unittest
+
+from xvfb_display import Display
+
+SKIP = 77
+SOURCE = os.path.abspath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+
+
+def load_driver(path=None):
+    """tools/tvdriver.py (or the file at `path`) as a module."""
+    path = path or os.path.join(SOURCE, "tools", "tvdriver.py")
+    module_spec = importlib.util.spec_from_file_location("tvdriver", path)
+    module = importlib.util.module_from_spec(module_spec)
+    module_spec.loader.exec_module(module)
+    return module
+
+
+def run_tests(test_classes, argv):
+    """Starts a display (our own Xvfb unless DISPLAY is set), gives it to each class in
+    `test_classes` as `display`, runs unittest's main with `argv` and returns the exit status:
+    0, 1 for failures, SKIP without a display."""
+    display = Display()
+    if not display.start():
+        print("no X display and no Xvfb: skipped")
+        return SKIP
+    for test_class in test_classes:
+        test_class.display = display
+    try:
+        result = unittest.main(argv=[sys.argv[0]] + list(argv), exit=False, verbosity=2).result
+    finally:
+        display.stop()
+    return 0 if result.wasSuccessful() else 1
+
+
+class Program:
+    """A started program whose standard output is collected line by line on a thread; its error
+    output goes to the file `errors` (or is dropped)."""
+
+    def __init__(self, command, env, errors=None):
+        error_file = open(errors, "w") if errors else subprocess.DEVNULL
+        try:
+            self.process = subprocess.Popen(list(command), env=env, stdout=subprocess.PIPE,
+                                            stderr=error_file, text=True)
+        finally:
+            if errors:
+                error_file.close()
+        self.lines = []
+        self.ended = False
+        self.cond = threading.Condition()
+        self.reader = threading.Thread(target=self._read, daemon=True)
+        self.reader.start()
+
+    def _read(self):
+        with self.process.stdout:
+            for line in self.process.stdout:
+                with self.cond:
+                    self.lines.append(line.rstrip("\n"))
+                    self.cond.notify_all()
+        with self.cond:
+            self.ended = True
+            self.cond.notify_all()
+
+    def wait_for_line(self, text, timeout=15):
+        """True once a line equal to `text` was written; false when the output ends or
+        `timeout` passes first."""
+        deadline = time.monotonic() + timeout
+        with self.cond:
+            while text not in self.lines:
+                remaining = deadline - time.monotonic()
+                if remaining <= 0 or self.ended:
+                    return False
+                self.cond.wait(remaining)
+            return True
+
+    def wait_for_line_starting(self, start, timeout=15):
+        """The first line that starts with `start`; None when the output ends or `timeout`
+        passes first."""
+        deadline = time.monotonic() + timeout
+        with self.cond:
+            while True:
+                for line in self.lines:
+                    if line.startswith(start):
+                        return line
+                remaining = deadline - time.monotonic()
+                if remaining <= 0 or self.ended:
+                    return None
+                self.cond.wait(remaining)
+
+    def output(self, timeout=15):
+        """Every line written, once the output has ended (or `timeout` passed)."""
+        self.reader.join(timeout)
+        with self.cond:
+            return list(self.lines)
+
+    def wait(self, timeout=15):
+        """The exit status; None when the program is still running after `timeout`."""
+        try:
+            return self.process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            return None
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+        self.reader.join(10)
+
+
+# ---- the X tools
+
+
+def x_env(display):
+    return dict(os.environ, DISPLAY=display.name)
+
+
+def xdotool(display, *args):
+    """Runs xdotool with `args`; its output."""
+    run = subprocess.run(["xdotool"] + [str(a) for a in args], env=x_env(display),
+                         capture_output=True, text=True, timeout=20)
+    if run.returncode != 0:
+        raise AssertionError("xdotool %s: %s" % (" ".join(map(str, args)), run.stderr.strip()))
+    return run.stdout
+
+
+def click(display, x, y, button=1):
+    """Moves the real pointer to (`x`, `y`) on the screen and clicks."""
+    xdotool(display, "mousemove", "--sync", x, y, "click", button)
+
+
+def click_widget(display, driver, path):
+    """Clicks the middle of the widget at `path`, placed on the screen through the driver."""
+    info = driver.widget_info(path)
+    x = int(info["screenX"]) + int(info["width"]) // 2
+    y = int(info["screenY"]) + int(info["height"]) // 2
+    click(display, x, y)
+    return x, y
+
+
+def top_windows(display):
+    """The (id, name) of every window at the top of the screen's tree. Read with xwininfo,
+    which also knows names given only as UTF-8 (as SDL's message boxes give theirs)."""
+    run = subprocess.run(["xwininfo", "-root", "-children"], env=x_env(display),
+                         capture_output=True, text=True, timeout=20)
+    found = []
+    for line in run.stdout.splitlines():
+        match = re.match(r'\s+(0x[0-9a-f]+) "(.*)":', line)
+        if match:
+            found.append((int(match.group(1), 16), match.group(2)))
+    return found
+
+
+def wait_for_window(display, name, timeout=15):
+    """The id of a top window named `name` once there is one; None after `timeout`."""
+    deadline = time.monotonic() + timeout
+    while True:
+        for window, window_name in top_windows(display):
+            if window_name == name:
+                return window
+        if time.monotonic() >= deadline:
+            return None
+        time.sleep(0.1)
+
+
+def picture(display, window):
+    """The window's pixels as a binary PPM."""
+    return subprocess.run(["import", "-window", str(window), "ppm:-"], env=x_env(display),
+                          capture_output=True, check=True, timeout=30).stdout
+
+
+def painted_picture(display, window, timeout=15):
+    """The window's pixels once two pictures in a row are the same and show more than one
+    colour, so that the program has painted; None when that does not happen in time."""
+    deadline = time.monotonic() + timeout
+    last = None
+    while time.monotonic() < deadline:
+        now = picture(display, window)
+        if now == last and not _one_colour(now):
+            return now
+        last = now
+    return None
+
+
+def _one_colour(ppm):
+    """True for a PPM ("P6 width height 255" and RGB bytes) of a single colour."""
+    parts = ppm.split(maxsplit=4)
+    pixels = parts[4] if len(parts) == 5 else b""
+    return pixels[:3] * (len(pixels) // 3) == pixels
+
+
+def request_close(display, window):
+    """Asks the window to close as a window manager does when the user presses its close box:
+    the client message WM_DELETE_WINDOW."""
+    library = ctypes.util.find_library("X11")
+    if not library:
+        raise AssertionError("libX11 is not installed")
+    x11 = ctypes.cdll.LoadLibrary(library)
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    x11.XOpenDisplay.argtypes = [ctypes.c_char_p]
+    x11.XInternAtom.restype = ctypes.c_ulong
+    x11.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
+    x11.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long,
+                               ctypes.c_void_p]
+    x11.XFlush.argtypes = [ctypes.c_void_p]
+    x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
+
+    class ClientMessage(ctypes.Structure):
+        _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong),
+                    ("send_event", ctypes.c_int), ("display", ctypes.c_void_p),
+                    ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
+                    ("format", ctypes.c_int), ("data", ctypes.c_long * 5),
+                    ("pad", ctypes.c_long * 12)]
+
+    connection = x11.XOpenDisplay(display.name.encode())
+    if not connection:
+        raise AssertionError("cannot open display %s" % display.name)
+    try:
+        event = ClientMessage()
+        event.type = 33  # ClientMessage
+        event.window = window
+        event.message_type = x11.XInternAtom(connection, b"WM_PROTOCOLS", 0)
+        event.format = 32
+        event.data[0] = x11.XInternAtom(connection, b"WM_DELETE_WINDOW", 0)
+        if not x11.XSendEvent(connection, window, 0, 0, ctypes.byref(event)):
+            raise AssertionError("the close request was not sent")
+        x11.XFlush(connection)
+    finally:
+        x11.XCloseDisplay(connection)
