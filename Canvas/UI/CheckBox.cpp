@@ -37,11 +37,7 @@ CheckBox::CheckBox(Frame* frame, Window* parent, String const& name, String cons
     SetControllerFromID(keyPath);
 }
 
-CheckBox::~CheckBox()
-{
-    if (pulseTimer && pulseRegistered)
-        pulseTimer->Unregister(this);
-}
+CheckBox::~CheckBox() = default;
 
 void CheckBox::init(Traits const& traits, String const& labelText)
 {
@@ -65,11 +61,8 @@ void CheckBox::ensureController()
 
 void CheckBox::slotUserToggle()
 {
-    if (!controller || settingFromUser)
+    if (!userGesture.Toggle(controller))
         return;
-    settingFromUser = true;
-    controller->SetWithGesture(!controller->get());
-    settingFromUser = false;
     signalUserToggled();
     Update();
     onPostUserToggled();
@@ -77,12 +70,8 @@ void CheckBox::slotUserToggle()
 
 void CheckBox::slotUserReset()
 {
-    if (!controller || settingFromUser)
-        return;
-    settingFromUser = true;
-    controller->SetWithGesture(controller->GetDefault());
-    settingFromUser = false;
-    Update();
+    if (userGesture.Reset(controller))
+        Update();
 }
 
 void CheckBox::slotLabelClicked()
@@ -150,32 +139,18 @@ void CheckBox::onRebindController()
 
 void CheckBox::SetPulseOverlayTimer(PulseOverlayTimer* timer)
 {
-    if (pulseTimer && pulseRegistered)
-        pulseTimer->Unregister(this);
-    pulseRegistered = false;
-    pulseTimer = timer;
-    pulseAlpha = 255;
+    pulse.SetTimer(timer);
     updatePulseOverlayRegistration();
 }
 
 void CheckBox::updatePulseOverlayRegistration()
 {
-    bool const want = pulseTimer && IsChecked();
-    if (want == pulseRegistered)
-        return;
-    pulseRegistered = want;
-    if (want)
-    {
-        pulseTimer->Register(this, true);
-        return;
-    }
-    pulseTimer->Unregister(this);
-    pulseAlpha = 255;
+    pulse.Update(IsChecked());
 }
 
 void CheckBox::onPulseOverlayChange(State, unsigned int alpha)
 {
-    pulseAlpha = alpha;
+    pulse.SetAlpha(alpha);
     Update();
 }
 

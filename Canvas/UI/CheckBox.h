@@ -3,6 +3,7 @@
 #include "Canvas/UI/Button.h"
 #include "Canvas/UI/ParamView.h"
 #include "Canvas/UI/PulseOverlayTimer.h"
+#include "Canvas/UI/detail/BoolButtonState.h"
 
 namespace UI
 {
@@ -49,7 +50,7 @@ public:
     /// Acts as a click on the box.
     void slotLabelClicked();
     void SetPulseOverlayTimer(PulseOverlayTimer* timer);
-    unsigned int GetPulseAlpha() const { return pulseAlpha; }
+    unsigned int GetPulseAlpha() const { return pulse.GetAlpha(); }
 
     void onSetGeometry() override;
     String GetWindowType() const override { return String("CheckBox"); }
@@ -72,10 +73,8 @@ private:
     MultiText* label = nullptr;
     bool fillWhenChecked = false;
     unsigned int fillColor = 0xFF000000u;
-    bool settingFromUser = false;
-    PulseOverlayTimer* pulseTimer = nullptr;
-    bool pulseRegistered = false;
-    unsigned int pulseAlpha = 255;
+    detail::UserGesture userGesture;
+    detail::PulseMembership pulse{this};
 };
 
 /// The default-look check box: a square of the window's height outlined in the window's

@@ -29,11 +29,7 @@ OnOffButton::OnOffButton(Frame* frame, Window* parent, String const& name, Strin
     SetControllerFromID(keyPath);
 }
 
-OnOffButton::~OnOffButton()
-{
-    if (pulseTimer && pulseRegistered)
-        pulseTimer->Unregister(this);
-}
+OnOffButton::~OnOffButton() = default;
 
 void OnOffButton::init()
 {
@@ -46,11 +42,8 @@ void OnOffButton::init()
 
 void OnOffButton::slotClicked()
 {
-    if (!controller || settingFromUser)
+    if (!userGesture.Toggle(controller))
         return;
-    settingFromUser = true;
-    controller->SetWithGesture(!controller->get());
-    settingFromUser = false;
     signalUserToggled();
     postUndoEvent();
     Update();
@@ -59,12 +52,8 @@ void OnOffButton::slotClicked()
 
 void OnOffButton::slotResetDefault()
 {
-    if (!controller || settingFromUser)
-        return;
-    settingFromUser = true;
-    controller->SetWithGesture(controller->GetDefault());
-    settingFromUser = false;
-    Update();
+    if (userGesture.Reset(controller))
+        Update();
 }
 
 void OnOffButton::SetOn(bool on)
@@ -139,41 +128,28 @@ void OnOffButton::onSetGeometry()
 
 void OnOffButton::SetPulseOverlayTimer(PulseOverlayTimer* timer)
 {
-    if (pulseTimer && pulseRegistered)
-        pulseTimer->Unregister(this);
-    pulseRegistered = false;
-    pulseTimer = timer;
-    pulseAlpha = 255;
+    pulse.SetTimer(timer);
     updatePulseOverlayRegistration();
 }
 
 void OnOffButton::updatePulseOverlayRegistration()
 {
-    bool const want = pulseTimer && IsOn();
-    if (want == pulseRegistered)
-        return;
-    pulseRegistered = want;
-    if (want)
-    {
-        pulseTimer->Register(this, true);
-        return;
-    }
-    pulseTimer->Unregister(this);
-    pulseAlpha = 255;
-    Update();
+    // Leaving shows the overlay opaque again.
+    if (pulse.Update(IsOn()))
+        Update();
 }
 
 void OnOffButton::onPulseOverlayChange(State, unsigned int alpha)
 {
-    pulseAlpha = alpha;
+    pulse.SetAlpha(alpha);
     Update();
 }
 
 unsigned char OnOffButton::getOverlayAlpha() const
 {
-    if (!pulseRegistered)
+    if (!pulse.IsRegistered())
         return GetEffectiveAlpha();
-    return (unsigned char)(GetEffectiveAlpha() * pulseAlpha / 255);
+    return (unsigned char)(GetEffectiveAlpha() * pulse.GetAlpha() / 255);
 }
 
 void OnOffButton::postUndoEvent()

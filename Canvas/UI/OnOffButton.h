@@ -3,6 +3,7 @@
 #include "Canvas/UI/ParamView.h"
 #include "Canvas/UI/PixmapButton.h"
 #include "Canvas/UI/PulseOverlayTimer.h"
+#include "Canvas/UI/detail/BoolButtonState.h"
 
 #include <memory>
 
@@ -44,7 +45,7 @@ public:
     void SetStretchableOnOffPixmaps(String const& prefix, int left, int right, int top, int bottom);
     /// Takes part in `timer`'s pulse while on; null leaves it.
     void SetPulseOverlayTimer(PulseOverlayTimer* timer);
-    unsigned int GetPulseAlpha() const { return pulseAlpha; }
+    unsigned int GetPulseAlpha() const { return pulse.GetAlpha(); }
 
     void Draw(DrawContext* context) override;
     void onSetGeometry() override;
@@ -64,13 +65,11 @@ protected:
 private:
     void init();
 
-    bool settingFromUser = false;
+    detail::UserGesture userGesture;
     unsigned int captionColors[4] = {0xFF000000u, 0xFF000000u, 0xFF000000u, 0xFF000000u};
     std::unique_ptr<StretchableBits> stretchOff;
     std::unique_ptr<StretchableBits> stretchOn;
-    PulseOverlayTimer* pulseTimer = nullptr;
-    bool pulseRegistered = false;
-    unsigned int pulseAlpha = 255;
+    detail::PulseMembership pulse{this};
 };
 
 } // namespace UI

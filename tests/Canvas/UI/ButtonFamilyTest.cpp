@@ -5,6 +5,7 @@
 #include "Canvas/UI/MultiText.h"
 #include "Canvas/UI/OnOffButton.h"
 #include "Canvas/UI/PixmapButton.h"
+#include "Canvas/UI/PulseOverlayTimer.h"
 #include "Canvas/UI/RadioButton.h"
 #include "Canvas/UI/SimpleBannerBG.h"
 #include "Canvas/UI/SimplePushButton.h"
@@ -307,6 +308,53 @@ TEST(OnOffButtonToggle, ClicksWriteTheInvertedValueAndTheLookFollows)
     s.Click(35, 5);
     EXPECT_EQ(looseUser.count, 0);
     EXPECT_FALSE(unbound->IsPressed());
+}
+
+TEST(OnOffPulse, ButtonsPulseWhileOnAndLeaveTheTimerWhenOffOrGone)
+{
+    using UI::PulseOverlayTimerClient;
+    // The clock outlives the frame, which asks it the time as its windows go.
+    unsigned int now = 0;
+    Scene s;
+    UI::AnimationHandler* animations = s.frame->GetAnimationHandler();
+    animations->SetClock([&now] { return now; });
+    auto* pulse = new UI::PulseOverlayTimer(s.frame.get(), nullptr, "Pulse");
+    Controller::BoolParamMemory param(false);
+    auto* button = new UI::OnOffButton(s.frame.get(), nullptr, "Light", &param);
+    auto* box = new UI::SimpleCheckBox(s.frame.get(), nullptr, "Box", &param);
+    button->SetPulseOverlayTimer(pulse);
+    box->SetPulseOverlayTimer(pulse);
+    EXPECT_EQ(pulse->GetState(), PulseOverlayTimerClient::StateIdle) << "off buttons stay out";
+
+    param.set(true);
+    EXPECT_EQ(pulse->GetState(), PulseOverlayTimerClient::StateOn);
+    now = 500;
+    animations->tick();
+    now = 750;
+    animations->tick();
+    ASSERT_EQ(pulse->GetState(), PulseOverlayTimerClient::StateFalling);
+    EXPECT_LT(pulse->GetPulseAlpha(), 255u);
+    EXPECT_EQ(button->GetPulseAlpha(), pulse->GetPulseAlpha());
+    EXPECT_EQ(box->GetPulseAlpha(), pulse->GetPulseAlpha());
+
+    param.set(false);
+    EXPECT_EQ(button->GetPulseAlpha(), 255u) << "leaving shows opaque again";
+    EXPECT_EQ(box->GetPulseAlpha(), 255u);
+    EXPECT_EQ(pulse->GetState(), PulseOverlayTimerClient::StateIdle)
+        << "the last one out stops the cycle";
+
+    // A new timer starts over: the old one is left, the new one joined.
+    param.set(true);
+    auto* other = new UI::PulseOverlayTimer(s.frame.get(), nullptr, "Other Pulse");
+    box->SetPulseOverlayTimer(other);
+    EXPECT_EQ(other->GetState(), PulseOverlayTimerClient::StateOn);
+    EXPECT_EQ(pulse->GetState(), PulseOverlayTimerClient::StateOn) << "the button is still in";
+    delete button;
+    EXPECT_EQ(pulse->GetState(), PulseOverlayTimerClient::StateIdle)
+        << "a button that goes leaves its timer";
+    box->SetPulseOverlayTimer(nullptr);
+    EXPECT_EQ(other->GetState(), PulseOverlayTimerClient::StateIdle);
+    EXPECT_EQ(box->GetPulseAlpha(), 255u);
 }
 
 TEST(RadioButtonChoice, EachButtonWritesItsOwnValue)
