@@ -1,13 +1,18 @@
 #include "Canvas/TestAutomation/TestAutomationCore.h"
 #include "Canvas/UI/ApplicationMainWindow.h"
 #include "Canvas/UI/Canvas.h"
+#include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/InputMessage.h"
+#include "Canvas/UI/Media.h"
+#include "Canvas/UI/MemoryDrawContext.h"
 #include "Canvas/UI/TestAutomationInterface.h"
+#include "Canvas/UI/ToolTip.h"
 #include "Canvas/UI/Window.h"
 #include "TvBase/Util/ConfigFile.h"
 #include "tests/Canvas/TestAutomation/RpcTestClient.h"
 #include "tests/Canvas/UI/CanvasTestSupport.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -387,6 +392,52 @@ TEST_F(Bridge, ApplicationRequestsReadAndWriteSettings)
     EXPECT_EQ(result("{\"Handled\":\"true\",\"value\":\"on\"}"),
               call("appAutomationRequest", "{\"req\":\"GetConfigFileProperty|Mode\"}"));
     EXPECT_EQ(result("{}"), call("getMetaDataTags"));
+}
+
+TEST_F(Bridge, ApplicationRequestSavesAFramesBitmap)
+{
+    // A second frame whose bitmap holds grey with a red pixel at (2, 1).
+    UI::MemoryDrawContext context{"Painted Context"};
+    std::unique_ptr<UI::Frame> painted(
+        new UI::Frame(&canvas, nullptr, &context, UI::Point(), "", UI::Rect(0, 3, 0, 2)));
+    context.Begin(UI::Size(4, 3));
+    context.DrawBox(UI::Rect(0, 3, 0, 2), UI::DrawContext::Filled, 0xFF808080u, 255);
+    context.DrawBox(UI::Rect(2, 2, 1, 1), UI::DrawContext::Filled, 0xFFFF0000u, 255);
+    UI::Window* top = new UI::Window(painted.get(), nullptr, "Painted");
+    painted->SetTopLevelWindow(top);
+
+    TestSupport::TempFolder folder("tv-ta-shot");
+    std::string const request = "SaveScreenShot|" + folder.Path() + "/shot";
+    EXPECT_EQ(result("{\"Handled\":\"true\",\"hierarchy\":\"Painted\",\"path\":\"" + folder.Path() +
+                     "/shot.png\"}"),
+              call("appAutomationRequest", "{\"req\":\"" + request + "|Painted\"}"));
+    std::string const file = TestSupport::ReadFile(folder.Path() + "/shot.png");
+    boost::shared_ptr<UI::DIBits> back = UI::Media::GetPNGBits(
+        unsigned(file.size()), reinterpret_cast<unsigned char const*>(file.data()), 0.0f);
+    ASSERT_TRUE(back);
+    ASSERT_EQ(UI::Size(4, 3), back->GetSize());
+    EXPECT_EQ(0xFF808080u, back->GetPixels()[0]);
+    EXPECT_EQ(0xFFFF0000u, back->GetPixels()[back->GetStride() + 2]);
+
+    // The main window's own frame has no bitmap of its own here.
+    EXPECT_EQ(error("The frame has no bitmap"),
+              call("appAutomationRequest", "{\"req\":\"" + request + "\"}"));
+    EXPECT_EQ(error("Widget not found"),
+              call("appAutomationRequest", "{\"req\":\"" + request + "|Nowhere\"}"));
+    EXPECT_EQ(error("SaveScreenShot needs a file name"),
+              call("appAutomationRequest", "{\"req\":\"SaveScreenShot\"}"));
+    EXPECT_EQ(error("Could not write /nonexistent-folder/shot.png"),
+              call("appAutomationRequest",
+                   "{\"req\":\"SaveScreenShot|/nonexistent-folder/shot.png|Painted\"}"));
+    painted.reset();
+}
+
+TEST_F(Bridge, ToolTipsTellTheirText)
+{
+    UI::ToolTip* tip = new UI::ToolTip(frame.get(), main, "Tip");
+    tip->SetText("Spring sale");
+    EXPECT_NE(std::string::npos, call("getWidgetInfo", "{\"widget\":\"Test Main Window|Tip\"}")
+                                     .find("\"text\":\"Spring sale\""));
 }
 
 TEST_F(Bridge, NoticesFollowWindowsInputAndSentries)
