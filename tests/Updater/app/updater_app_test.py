@@ -129,6 +129,13 @@ class UpdaterRuns(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         os.makedirs(ARTIFACTS, exist_ok=True)
+        # Frames are 8 bits a channel: only a 24-bit screen can show them without loss.
+        root = subprocess.run(["xwininfo", "-root"],
+                              env=dict(os.environ, DISPLAY=cls.display.name),
+                              stdout=subprocess.PIPE, text=True, timeout=10).stdout
+        if "Depth: 24" not in root:
+            raise RuntimeError("display %s is not 24-bit: the screen can't be compared with "
+                               "the frames exactly" % cls.display.name)
 
     def setUp(self):
         self.work = tempfile.mkdtemp(prefix="tv-updater-e2e.")
