@@ -31,31 +31,25 @@ namespace UI
 namespace
 {
 
+/// Moves a negative start `edge` up to 0 and `other`, its partner on the other bitmap, along
+/// with it.
+void clampToZero(int& edge, int& other)
+{
+    if (edge >= 0)
+        return;
+    other -= edge;
+    edge = 0;
+}
+
 /// The rows and columns a raw blit may touch: the source columns inside 0..srcStride-1, the
 /// destination columns inside 0..dstStride-1, no negative rows. False when nothing is left.
 bool clampToStrides(UI::Rect& srcRect, UI::Point& dstPos, int srcStride, int dstStride)
 {
-    if (srcRect.left < 0)
-    {
-        dstPos.x -= srcRect.left;
-        srcRect.left = 0;
-    }
-    if (srcRect.top < 0)
-    {
-        dstPos.y -= srcRect.top;
-        srcRect.top = 0;
-    }
+    clampToZero(srcRect.left, dstPos.x);
+    clampToZero(srcRect.top, dstPos.y);
     srcRect.right = std::min(srcRect.right, srcStride - 1);
-    if (dstPos.x < 0)
-    {
-        srcRect.left -= dstPos.x;
-        dstPos.x = 0;
-    }
-    if (dstPos.y < 0)
-    {
-        srcRect.top -= dstPos.y;
-        dstPos.y = 0;
-    }
+    clampToZero(dstPos.x, srcRect.left);
+    clampToZero(dstPos.y, srcRect.top);
     srcRect.right = std::min(srcRect.right, srcRect.left + (dstStride - dstPos.x) - 1);
     return !srcRect.IsEmpty();
 }
@@ -87,6 +81,8 @@ enum class BlitKind
     PixelAlpha,
     Scaled,
     Curve,
+    /// The scalar alpha-keeping composite, for targets with their own alpha.
+    KeepAlpha,
 };
 
 void runRows(BlitKind kind, unsigned int const* src, int srcStride, UI::Rect const& srcRect,
@@ -118,6 +114,10 @@ void runRows(BlitKind kind, unsigned int const* src, int srcStride, UI::Rect con
             break;
         case BlitKind::Curve:
             kernels.curve(from, to, width);
+            break;
+        case BlitKind::KeepAlpha:
+            for (int x = 0; x < width; ++x)
+                to[x] = detail::KeepAlphaPixel(from[x], to[x]);
             break;
         case BlitKind::Copy:
             break;
@@ -251,15 +251,7 @@ unsigned int KeepAlphaPixel(unsigned int s, unsigned int d)
 void BitBlt(unsigned int const* src, int srcStride, UI::Rect const& srcRect, unsigned int* dst,
             int dstStride, UI::Point const& dstPos)
 {
-    UI::Rect s = srcRect;
-    UI::Point d = dstPos;
-    if (!src || !dst || !clampToStrides(s, d, srcStride, dstStride))
-        return;
-    unsigned int const* from = src + static_cast<long>(s.top) * srcStride + s.left;
-    unsigned int* to = dst + static_cast<long>(d.y) * dstStride + d.x;
-    for (int y = 0; y < s.Height(); ++y, from += srcStride, to += dstStride)
-        for (int x = 0; x < s.Width(); ++x)
-            to[x] = detail::KeepAlphaPixel(from[x], to[x]);
+    runRows(BlitKind::KeepAlpha, src, srcStride, srcRect, dst, dstStride, dstPos, 255);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,5 +1,7 @@
 #include "Canvas/UI/BitBlt.h"
 
+#include "Canvas/UI/detail/KeepAlphaPixel.h"
+
 #include "tests/Canvas/UI/PixelTestImage.h"
 
 #include <gtest/gtest.h>
@@ -250,4 +252,31 @@ TEST(BitBltKeepingAlpha, UnitesCoverages)
     // Over opaque: opaque, weighted by the coverage.
     EXPECT_EQ(keepAlpha(0xF7FFFFFF, 0xFF000000), 0xFFF6F6F6u);
     EXPECT_EQ(keepAlpha(0x1FFFFFFF, 0xFF000000), 0xFF1F1F1Fu);
+}
+
+TEST(BitBltKeepingAlpha, ClipsRectsAndWalksStrides)
+{
+    std::mt19937 random(7);
+    PixelTestImage src(5, 4, 7, 0);
+    src.Randomize(random);
+    PixelTestImage dst(6, 5, 8, 0);
+    dst.Randomize(random);
+    PixelTestImage expected = dst;
+    // A source rect hanging off the left edge and a destination above the top both clamp, and
+    // the last source column would run past the destination's stride.
+    UI::Rect const srcRect(-1, 4, 0, 3);
+    UI::Point const dstPos(3, -1);
+    for (int y = 0; y <= 3; ++y)
+        for (int x = 0; x <= 4; ++x)
+        {
+            int const dx = dstPos.x + 1 + x;
+            int const dy = dstPos.y + y;
+            if (dx < dst.stride && dy >= 0 && dy < dst.height)
+                expected.at(dx, dy) = UI::detail::KeepAlphaPixel(src.at(x, y), dst.at(dx, dy));
+        }
+    UI::BitBlt(src.bits(), src.stride, srcRect, dst.bits(), dst.stride, dstPos);
+    EXPECT_TRUE(dst.GuardsIntact());
+    for (int y = 0; y < dst.height; ++y)
+        for (int x = 0; x < dst.stride; ++x)
+            EXPECT_EQ(expected.at(x, y), dst.at(x, y)) << x << "," << y;
 }
