@@ -19,6 +19,15 @@ UI::Rect clipOf(LineInfo const& line)
     return UI::Rect(line.clipLeft, line.clipRight, line.clipTop, line.clipBottom);
 }
 
+/// One step along the x axis when `alongX`, else along the y axis.
+void stepAlong(bool alongX, int& x, int& y, int stepX, int stepY)
+{
+    if (alongX)
+        x += stepX;
+    else
+        y += stepY;
+}
+
 /// The walk of a solid line, both ends included; `plot(x, y, n)` gets the nth pixel.
 template <class Plot>
 void walkLine(int x0, int y0, int x1, int y1, Plot plot)
@@ -40,15 +49,9 @@ void walkLine(int x0, int y0, int x1, int y1, Plot plot)
         if (error < 0)
         {
             error += longer;
-            if (xMajor)
-                y += stepY;
-            else
-                x += stepX;
+            stepAlong(!xMajor, x, y, stepX, stepY);
         }
-        if (xMajor)
-            x += stepX;
-        else
-            y += stepY;
+        stepAlong(xMajor, x, y, stepX, stepY);
     }
 }
 
@@ -165,15 +168,9 @@ void drawAntiAliased(LineInfo const& line)
         {
             twoVMajor = decision - major;
             decision += incrementDiagonal;
-            if (xMajor)
-                y += stepY;
-            else
-                x += stepX;
+            stepAlong(!xMajor, x, y, stepX, stepY);
         }
-        if (xMajor)
-            x += stepX;
-        else
-            y += stepY;
+        stepAlong(xMajor, x, y, stepX, stepY);
         plotOriented(x, y, static_cast<float>(twoVMajor));
     }
 }
