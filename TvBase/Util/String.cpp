@@ -64,6 +64,15 @@ struct String::Buffer
         return b;
     }
 
+    /// A copy of `n` bytes, each passed through `map`.
+    static Buffer* Map(char const* bytes, std::size_t n, char (*map)(char))
+    {
+        Buffer* b = Allocate(n);
+        for (std::size_t i = 0; i < n; ++i)
+            b->Data()[i] = map(bytes[i]);
+        return b;
+    }
+
     static void Release(Buffer* b)
     {
         if (b && b->refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
@@ -519,26 +528,12 @@ void String::Remove(unsigned int pos, checked_value<unsigned int> const& len)
 
 String String::ToLower() const
 {
-    if (!buffer)
-        return String();
-    unsigned int len = Length();
-    Buffer* b = Buffer::Allocate(len);
-    char const* from = buffer.p->Data();
-    for (unsigned int i = 0; i < len; ++i)
-        b->Data()[i] = lowerAscii(from[i]);
-    return String(b);
+    return buffer ? String(Buffer::Map(buffer.p->Data(), Length(), lowerAscii)) : String();
 }
 
 String String::ToUpper() const
 {
-    if (!buffer)
-        return String();
-    unsigned int len = Length();
-    Buffer* b = Buffer::Allocate(len);
-    char const* from = buffer.p->Data();
-    for (unsigned int i = 0; i < len; ++i)
-        b->Data()[i] = upperAscii(from[i]);
-    return String(b);
+    return buffer ? String(Buffer::Map(buffer.p->Data(), Length(), upperAscii)) : String();
 }
 
 String String::StripWhiteSpace() const
