@@ -21,6 +21,10 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
 
 namespace UI
 {
@@ -45,6 +49,17 @@ Uint32 sdlFlagsFor(HostWindowStyle const& style)
     if (style.IsResizable())
         flags |= SDL_WINDOW_RESIZABLE;
     return flags;
+}
+
+/// Whether TV_TRACE_PRESENT is set to something other than "" or "0"; read once per process.
+bool tracePresent()
+{
+    static bool const on = []
+    {
+        char const* value = std::getenv("TV_TRACE_PRESENT");
+        return value && *value && std::strcmp(value, "0") != 0;
+    }();
+    return on;
 }
 
 } // namespace
@@ -447,6 +462,18 @@ void HostWindowSDL::present(unsigned int const* pixels, int stride, Size const& 
         SDL_UnlockSurface(surface);
     SDL_Rect r = {dst.left, dst.top, dst.Width(), dst.Height()};
     SDL_UpdateWindowSurfaceRects(window, &r, 1);
+    // Start-up is timed from outside against the same clock; pixels of a hidden window are not
+    // on the screen yet and don't count.
+    if (tracePresent() && !presentTraced && (SDL_GetWindowFlags(window) & SDL_WINDOW_SHOWN))
+    {
+        presentTraced = true;
+        timespec now;
+        clock_gettime(CLOCK_MONOTONIC, &now);
+        // Whole numbers, so that the decimal point doesn't follow the user's locale.
+        std::fprintf(stderr, "present %s %lld.%03ld\n", windowName.CStr(),
+                     static_cast<long long>(now.tv_sec) * 1000 + now.tv_nsec / 1000000,
+                     (now.tv_nsec / 1000) % 1000);
+    }
 }
 
 // ============================================================================================

@@ -13,6 +13,11 @@ namespace Native
 /// A host window as one SDL window. The frame's bitmap reaches the window surface region by
 /// region; SDL events arrive through `handleEvent`, called by the run loop of
 /// `PlatformSupportFactorySDL`. The native handle is the `SDL_Window*`.
+///
+/// With the environment variable TV_TRACE_PRESENT set (to anything but "" or "0"), `present`
+/// prints one line to stderr the first time the window's pixels go to the screen while it is
+/// shown: "present <window name> <ms>", the time being CLOCK_MONOTONIC in milliseconds, so that
+/// a script can time start-up against its own clock. Unset, it costs one cached flag test.
 class HostWindowSDL : public HostWindow
 {
 public:
@@ -84,6 +89,7 @@ private:
     bool closePosted = false;
     bool fullScreen = false;
     bool topMost = false;
+    bool presentTraced = false;
     Rect restoredRect;
     unsigned int lastButtons = 0;
     unsigned int lastClickTicks[2] = {0, 0};

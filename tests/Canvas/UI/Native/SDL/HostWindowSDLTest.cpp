@@ -23,8 +23,11 @@
 #include <cstdlib>
 #include <memory>
 #include <sstream>
+#include <string>
 #include <thread>
+#include <time.h>
 #include <unistd.h>
+#include <vector>
 
 using UI::Point;
 using UI::Rect;
@@ -318,6 +321,57 @@ TEST(HostWindowSDLGeometry, MinimumClientSizeClampsASmallSavedRect)
     ASSERT_TRUE(small.Open(Rect(Point(0, 0), Size(300, 200)), 0xFF000000, true));
     EXPECT_EQ(small.host->GetClientRect(), Rect(Point(20, 20), Size(120, 90)));
     EXPECT_EQ(small.host->GetFrame()->GetSize(), Size(120, 90));
+}
+
+// ---- start-up trace
+
+namespace
+{
+
+double monotonicMillis()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * 1000.0 + now.tv_nsec / 1e6;
+}
+
+/// The "present ..." lines of a program's stderr.
+std::vector<std::string> presentLines(std::string const& output)
+{
+    std::vector<std::string> found;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);)
+        if (line.rfind("present ", 0) == 0)
+            found.push_back(line);
+    return found;
+}
+
+} // namespace
+
+TEST(HostWindowSDLTrace, StampsAShownWindowsFirstPixelsOnceAndOnlyWhenAsked)
+{
+    REQUIRE_DISPLAY();
+    TempConfigHome home;
+    std::string const demo = "ASAN_OPTIONS=detect_leaks=0 " + std::string(TV_HOSTWINDOW_DEMO_PATH) +
+                             " --domain com.tavorin.tracetest --name 'Traced Window'" +
+                             " --exit-after-paint 2>&1 >/dev/null";
+
+    double const before = monotonicMillis();
+    std::vector<std::string> const traced =
+        presentLines(UI::Test::RunAndRead("TV_TRACE_PRESENT=1 " + demo));
+    double const after = monotonicMillis();
+    ASSERT_EQ(traced.size(), 1u);
+    std::string const prefix = "present Traced Window ";
+    ASSERT_EQ(traced[0].rfind(prefix, 0), 0u) << traced[0];
+    // Milliseconds of the same clock, with a point whatever the locale says.
+    std::string const stamp = traced[0].substr(prefix.size());
+    ASSERT_EQ(stamp.find_first_not_of("0123456789."), std::string::npos) << stamp;
+    double const at = std::strtod(stamp.c_str(), nullptr);
+    EXPECT_GE(at, before);
+    EXPECT_LE(at, after);
+
+    EXPECT_TRUE(presentLines(UI::Test::RunAndRead(demo)).empty());
+    EXPECT_TRUE(presentLines(UI::Test::RunAndRead("TV_TRACE_PRESENT=0 " + demo)).empty());
 }
 
 // ---- closing
