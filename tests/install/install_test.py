@@ -1,0 +1,280 @@
+#!/usr/bin/env python3
+"""The installation end to end: `cmake --install` of a build into a temp folder, then the
+installed programs run from there. tvcheck checks against a loopback HTTP server with settings
+registered through the installed tvdefaults; tavorin-updater runs silent without updates, and
+windowed with the test bridge, where its main window must be placed by the layout packed in the
+installed resources (which proves it finds them beside itself). Uses nothing but the build
+folder, temp folders, an X display (its own Xvfb unless DISPLAY is set; the windowed cases
+are skipped without one) and xdotool. Every wait is bounded."""
+
+import argparse
+import filecmp
+import http.server
+import importlib.util
+import os
+import shutil
+import socketserver
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+ARGS = None
+DOMAIN = "com.tavorin.updater"
+MAIN = "Updater Main Window"
+PROGRAMS = ("tavorin-updater", "tvdefaults", "tvcheck", "tvresembed")
+RESOURCES = os.path.join("Resources", "resources.resembed")
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+from xvfb_display import Display  # noqa: E402
+
+
+def load_driver():
+    path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools",
+                        "tvdriver.py")
+    module_spec = importlib.util.spec_from_file_location("tvdriver", path)
+    module = importlib.util.module_from_spec(module_spec)
+    module_spec.loader.exec_module(module)
+    return module
+
+
+tvdriver = load_driver()
+
+
+class Site:
+    """A loopback HTTP server over a dict of paths; anything else is a 404."""
+
+    def __init__(self, pages):
+        site = self
+        self.pages = dict(pages)
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                body = site.pages.get(self.path)
+                if body is None:
+                    self.send_error(404)
+                    return
+                self.send_response(200)
+                self.send_header("Content-Length", str(len(body)))
+                self.end_headers()
+                self.wfile.write(body)
+
+            def log_message(self, *args):
+                pass
+
+        class Server(socketserver.ThreadingMixIn, http.server.HTTPServer):
+            daemon_threads = True
+
+        self.server = Server(("127.0.0.1", 0), Handler)
+        self.host = "127.0.0.1:%d" % self.server.server_address[1]
+        self.thread = threading.Thread(target=self.server.serve_forever, daemon=True)
+        self.thread.start()
+
+    def url(self, path):
+        return "http://%s%s" % (self.host, path)
+
+    def stop(self):
+        self.server.shutdown()
+        self.server.server_close()
+
+
+class InstalledPrograms(unittest.TestCase):
+    """One installation into a temp prefix for all cases; each case has its own settings."""
+
+    display = None
+
+    @classmethod
+    def setUpClass(cls):
+        cls.prefix = tempfile.mkdtemp(prefix="tv-install.")
+        cls.bin = os.path.join(cls.prefix, "bin")
+        result = subprocess.run([ARGS.cmake, "--install", ARGS.build, "--prefix", cls.prefix],
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                                timeout=120)
+        if result.returncode != 0:
+            shutil.rmtree(cls.prefix, ignore_errors=True)
+            raise AssertionError("cmake --install failed:\n" + result.stdout)
+
+    @classmethod
+    def tearDownClass(cls):
+        shutil.rmtree(cls.prefix, ignore_errors=True)
+
+    def setUp(self):
+        self.work = tempfile.mkdtemp(prefix="tv-install-run.")
+        self.env = {k: v for k, v in os.environ.items()
+                    if k not in ("TV_TEST_AUTOMATION_MODULE", "TV_TRACE_PRESENT")}
+        self.env["XDG_CONFIG_HOME"] = os.path.join(self.work, "config")
+        self.site = Site({})
+        self.env["TV_UPDATE_HOST"] = self.site.host
+        self.env["TV_WEB_HOST"] = self.site.host
+        self.processes = []
+
+    def tearDown(self):
+        for p in self.processes:
+            if p.poll() is None:
+                p.kill()
+                p.wait(10)
+        self.site.stop()
+        shutil.rmtree(self.work, ignore_errors=True)
+
+    # ---- helpers
+
+    def installed(self, program):
+        return os.path.join(self.bin, program)
+
+    def run_installed(self, *args, timeout=30):
+        return subprocess.run([self.installed(args[0])] + list(args[1:]), env=self.env,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                              timeout=timeout)
+
+    def register(self, product, version):
+        result = self.run_installed("tvdefaults", "write", DOMAIN,
+                                    "InstalledProducts/%s/CurrentVersion" % product, version)
+        self.assertEqual(0, result.returncode, result.stderr)
+
+    def offer(self, *lines):
+        self.site.pages["/products/versions/versions.txt"] = "".join(
+            "%s|%s|%s\n" % (name, version, self.site.url("/products/%s/" % slug))
+            for name, version, slug in lines).encode()
+
+    def need_display(self):
+        if not self.display or not self.display.name:
+            self.skipTest("no X display")
+        self.env["DISPLAY"] = self.display.name
+
+    def start_updater(self, *args):
+        err = open(os.path.join(self.work, "updater.err"), "w")
+        p = subprocess.Popen([self.installed("tavorin-updater")] + list(args), env=self.env,
+                             stdout=subprocess.DEVNULL, stderr=err)
+        err.close()
+        self.processes.append(p)
+        return p
+
+    def updater_stderr(self):
+        with open(os.path.join(self.work, "updater.err")) as f:
+            return f.read()
+
+    def click(self, info):
+        x = int(info["screenX"]) + int(info["width"]) // 2
+        y = int(info["screenY"]) + int(info["height"]) // 2
+        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"],
+                       env=self.env, check=True, timeout=10)
+
+    def layout(self, name):
+        """The children of a layout packed in the installed resources: name -> (x, y, w, h)."""
+        result = self.run_installed("tvresembed", "extract", os.path.join(self.bin, RESOURCES),
+                                    "UI/Layout/%s.layout" % name)
+        self.assertEqual(0, result.returncode, result.stderr)
+        root = ElementTree.fromstring(result.stdout)
+        return {c.get("Name"): tuple(int(c.get(k)) for k in ("X", "Y", "Width", "Height"))
+                for c in root.iter("Child")}
+
+    # ---- the files
+
+    def test_programs_and_resources_are_in_place(self):
+        for program in PROGRAMS:
+            path = self.installed(program)
+            self.assertTrue(os.path.isfile(path), path)
+            self.assertTrue(os.access(path, os.X_OK), path)
+        resources = os.path.join(self.bin, RESOURCES)
+        self.assertTrue(filecmp.cmp(os.path.join(ARGS.build, "bin", RESOURCES), resources,
+                                    shallow=False))
+        listing = self.run_installed("tvresembed", "list", resources)
+        self.assertEqual(0, listing.returncode, listing.stderr)
+        names = [line.split("\t")[0] for line in listing.stdout.splitlines()]
+        for name in ("UI/Layout/MainWindow.layout", "UI/Layout/ProgramItem.layout",
+                     "UI/png/updater.png"):
+            self.assertIn(name, names)
+
+    # ---- tvcheck and tvdefaults
+
+    def test_tvcheck_checks_the_local_site_against_registered_products(self):
+        self.offer(("Alpha Mixer", "3.2", "alpha-mixer"), ("Beta Synth", "2.0", "beta-synth"))
+        self.register("Alpha Mixer", "3.0")
+        self.register("Beta Synth", "2.0")
+        read = self.run_installed("tvdefaults", "read", DOMAIN,
+                                  "InstalledProducts/Alpha Mixer/CurrentVersion")
+        self.assertEqual((0, "3.0"), (read.returncode, read.stdout.strip()))
+
+        check = self.run_installed("tvcheck", "--timeout", "20")
+        self.assertEqual(10, check.returncode, check.stderr)
+        self.assertEqual("Alpha Mixer\t3.0\t3.2\t%s\n" % self.site.url("/products/alpha-mixer/"),
+                         check.stdout)
+
+        self.register("Alpha Mixer", "3.2")
+        check = self.run_installed("tvcheck", "--timeout", "20")
+        self.assertEqual((0, ""), (check.returncode, check.stdout), check.stderr)
+
+    # ---- the updater
+
+    def test_silent_updater_without_updates_exits_0_and_shows_nothing(self):
+        self.need_display()
+        self.offer(("Alpha Mixer", "3.2", "alpha-mixer"))
+        self.register("Alpha Mixer", "3.2")
+        self.env["TV_TRACE_PRESENT"] = "1"
+        p = self.start_updater("-silent")
+        self.assertEqual(0, p.wait(30))
+        # No window ever reached the screen.
+        self.assertNotIn("present ", self.updater_stderr())
+
+    def test_windowed_updater_is_laid_out_by_its_installed_resources(self):
+        self.need_display()
+        self.offer(("Alpha Mixer", "3.2", "alpha-mixer"))
+        self.register("Alpha Mixer", "3.0")
+        self.env["TV_TEST_AUTOMATION_MODULE"] = ARGS.module
+        self.env["TV_TRACE_PRESENT"] = "1"
+        expected = self.layout("MainWindow")
+        p = self.start_updater()
+        with tvdriver.Driver.connect(timeout=10, name="APP:Updater") as d:
+            d.wait_for_widget(MAIN + "|Close Button", timeout=15)
+            d.widget_info(MAIN + "|Updates Panel|Updates ScrollView|Program Item: Alpha Mixer")
+            for name, (x, y, width, height) in expected.items():
+                info = d.widget_info(MAIN + "|" + name)
+                self.assertEqual((x, y), (int(info["x"]), int(info["y"])), name)
+                # Texts size themselves to their words; the rest keeps the layout's size.
+                if info["classname"] not in ("Text", "MultiText"):
+                    self.assertEqual((width, height), (int(info["width"]), int(info["height"])),
+                                     name)
+            self.click(d.widget_info(MAIN + "|Close Button"))
+            self.assertEqual(0, p.wait(15))
+        self.assertIn("present Updater Host Window ", self.updater_stderr())
+
+    def test_without_its_resources_the_updater_has_no_layout(self):
+        # The same program copied away from its Resources folder: the check above would see it.
+        self.need_display()
+        bare = os.path.join(self.work, "bare")
+        os.makedirs(bare)
+        shutil.copy2(self.installed("tavorin-updater"), bare)
+        self.offer(("Alpha Mixer", "3.2", "alpha-mixer"))
+        self.register("Alpha Mixer", "3.0")
+        self.env["TV_TEST_AUTOMATION_MODULE"] = ARGS.module
+        p = subprocess.Popen([os.path.join(bare, "tavorin-updater")], env=self.env,
+                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.processes.append(p)
+        with tvdriver.Driver.connect(timeout=10, name="APP:Updater") as d:
+            info = d.wait_for_widget(MAIN + "|Close Button", timeout=15)
+            self.assertNotEqual(self.layout("MainWindow")["Close Button"],
+                                tuple(int(info[k]) for k in ("x", "y", "width", "height")))
+
+
+def main():
+    global ARGS
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", required=True, help="the build folder to install from")
+    parser.add_argument("--module", required=True, help="the test bridge module")
+    parser.add_argument("--cmake", default="cmake")
+    ARGS, rest = parser.parse_known_args()
+    ARGS.build = os.path.abspath(ARGS.build)
+    display = Display()
+    InstalledPrograms.display = display if display.start() else None
+    try:
+        program = unittest.main(argv=[sys.argv[0]] + rest, exit=False, verbosity=2)
+    finally:
+        display.stop()
+    sys.exit(0 if program.result.wasSuccessful() else 1)
+
+
+if __name__ == "__main__":
+    main()
