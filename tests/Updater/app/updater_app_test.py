@@ -300,9 +300,9 @@ class UpdaterRuns(unittest.TestCase):
                        env=self.env, check=True, timeout=10)
 
     def move_pointer(self, x, y):
-        """As a mouse moves it: the program reads the pointer's place from the X server's
-        motion events, which a warp (`xdotool mousemove`) doesn't make when the pointer lands
-        outside the program's windows."""
+        """As a mouse moves it, through XTEST. Outside its own windows the program learns where
+        the pointer is from the server's raw motion events, which a warp of the pointer
+        (`xdotool mousemove`) doesn't make."""
         with xlib_client.Connection(self.display.name) as connection:
             connection.move_pointer(x, y)
 
