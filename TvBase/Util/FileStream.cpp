@@ -8,6 +8,19 @@ namespace Util
 using Exception::DataStreamIO;
 using Exception::FileIO;
 
+namespace
+{
+
+/// Writes the 4-byte count that leads a string or a byte list.
+void writeCount(File& file, unsigned int count, DataStream::EndianType endian)
+{
+    unsigned char bytes[4];
+    detail::Encode(count, endian, bytes);
+    file.WriteBlock(reinterpret_cast<char const*>(bytes), 4);
+}
+
+} // namespace
+
 FileStream::FileStream(FilePath const& path, unsigned int mode) : file(new File(path))
 {
     try
@@ -328,11 +341,7 @@ FileStream& FileStream::operator<<(String const& value)
     try
     {
         if (writeStringLength)
-        {
-            unsigned char lengthBytes[4];
-            detail::Encode(length, endian, lengthBytes);
-            file->WriteBlock(reinterpret_cast<char const*>(lengthBytes), 4);
-        }
+            writeCount(*file, length, endian);
         file->WriteBlock(value.CStr(), length);
     }
     catch (FileIO const& e)
@@ -348,9 +357,7 @@ FileStream& FileStream::operator<<(std::vector<unsigned char> const& value)
     unsigned int const count = static_cast<unsigned int>(value.size());
     try
     {
-        unsigned char countBytes[4];
-        detail::Encode(count, endian, countBytes);
-        file->WriteBlock(reinterpret_cast<char const*>(countBytes), 4);
+        writeCount(*file, count, endian);
         file->WriteBlock(reinterpret_cast<char const*>(value.data()), count);
     }
     catch (FileIO const& e)
