@@ -1,10 +1,13 @@
 #include "TvBase/Util/ByteStream.h"
 
+#include "tests/support/Thrown.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <limits>
 
+using TestSupport::MessageOf;
 using Util::ByteStream;
 using Util::DataStream;
 using Util::Exception::DataStreamIO;
@@ -13,20 +16,6 @@ namespace
 {
 
 using Bytes = std::vector<unsigned char>;
-
-template <typename Action>
-String messageOf(Action action)
-{
-    try
-    {
-        action();
-    }
-    catch (DataStreamIO const& e)
-    {
-        return e.GetMessage();
-    }
-    return String("no DataStreamIO thrown");
-}
 
 /// The reference encoding: `size` bytes of `value`, least significant first, or reversed.
 Bytes encoded(unsigned long long value, unsigned int size, bool bigEndian)
@@ -188,12 +177,14 @@ TEST(ByteStreamStrings, LengthLimitAndShortData)
     tooLong << String(over.c_str());
     tooLong.SetPosition(0);
     String target("kept?");
-    EXPECT_EQ("Improbable string length 200001", messageOf([&] { tooLong >> target; }));
+    EXPECT_EQ("Improbable string length 200001",
+              MessageOf<DataStreamIO>([&] { tooLong >> target; }));
     EXPECT_TRUE(target.IsNull());
 
     unsigned char const shortData[] = {10, 0, 0, 0, 'a', 'b', 'c'};
     ByteStream truncated(7, shortData);
-    EXPECT_EQ("Can't read string of length 10", messageOf([&] { truncated >> target; }));
+    EXPECT_EQ("Can't read string of length 10",
+              MessageOf<DataStreamIO>([&] { truncated >> target; }));
     EXPECT_EQ(0u, truncated.GetPosition());
 }
 
@@ -212,19 +203,19 @@ TEST(ByteStreamErrors, FailedPrimitiveReadKeepsTargetAndPosition)
     ByteStream stream(3, bytes);
     int value = 42;
     EXPECT_EQ("Can't extract 4 bytes at position 0, total size 3",
-              messageOf([&] { stream >> value; }));
+              MessageOf<DataStreamIO>([&] { stream >> value; }));
     EXPECT_EQ(42, value);
     EXPECT_EQ(0u, stream.GetPosition());
 
     stream.SetPosition(2);
     EXPECT_EQ("Can't extract 2 bytes at position 2, total size 3",
-              messageOf([&] { stream.ReadPrimitive(short()); }));
+              MessageOf<DataStreamIO>([&] { stream.ReadPrimitive(short()); }));
     // A position past the end reads nothing and reports the position as set.
     stream.SetPosition(9);
     EXPECT_EQ(0u, stream.GetRemaining());
     EXPECT_TRUE(stream.AtEnd());
     EXPECT_EQ("Can't extract 1 bytes at position 9, total size 3",
-              messageOf([&] { stream.ReadPrimitive(char()); }));
+              MessageOf<DataStreamIO>([&] { stream.ReadPrimitive(char()); }));
 }
 
 TEST(ByteStreamErrors, RawAndVectorReads)
@@ -241,11 +232,11 @@ TEST(ByteStreamErrors, RawAndVectorReads)
     unsigned char out[3] = {};
     stream.Read(2, out);
     EXPECT_EQ(8, out[1]);
-    EXPECT_EQ("Can't read 2 bytes", messageOf([&] { stream.Read(2, out); }));
+    EXPECT_EQ("Can't read 2 bytes", MessageOf<DataStreamIO>([&] { stream.Read(2, out); }));
 
     unsigned char const lying[] = {200, 0, 0, 0, 1};
     ByteStream damaged(5, lying);
-    EXPECT_EQ("Can't read 200 bytes", messageOf([&] { damaged >> read; }));
+    EXPECT_EQ("Can't read 200 bytes", MessageOf<DataStreamIO>([&] { damaged >> read; }));
     EXPECT_EQ((Bytes{9, 8, 7}), read);
 }
 

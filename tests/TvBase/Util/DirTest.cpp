@@ -1,6 +1,7 @@
 #include "TvBase/Util/Dir.h"
 
 #include "tests/detail/TempFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -18,16 +19,7 @@ namespace
 template <typename Action>
 FileIO thrownBy(Action action)
 {
-    try
-    {
-        action();
-    }
-    catch (FileIO const& e)
-    {
-        return e;
-    }
-    ADD_FAILURE() << "no FileIO thrown";
-    return FileIO("none", FolderPath(), -1, 0);
+    return TestSupport::ThrownBy<FileIO>(action, FileIO("none", FolderPath(), -1, 0));
 }
 
 Dir dirAt(std::string const& path)

@@ -3,9 +3,11 @@
 #include "TvBase/Util/ByteStream.h"
 
 #include "tests/detail/TempFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
+using TestSupport::MessageOf;
 using TestSupport::TempFolder;
 using Util::ByteStream;
 using Util::DataStream;
@@ -17,20 +19,6 @@ namespace
 {
 
 using Bytes = std::vector<unsigned char>;
-
-template <typename Action>
-String messageOf(Action action)
-{
-    try
-    {
-        action();
-    }
-    catch (DataStreamIO const& e)
-    {
-        return e.GetMessage();
-    }
-    return String("no DataStreamIO thrown");
-}
 
 /// Writes one of each kind of value, so that two streams can be compared byte for byte.
 void writeSample(DataStream& stream)
@@ -116,8 +104,9 @@ TEST(FileStreamErrors, OpenAndCloseFailures)
 {
     TempFolder temp;
     std::string const missing = temp / "missing.bin";
-    EXPECT_EQ(String("Can't open file: %1").Arg(missing.c_str()),
-              messageOf([&] { FileStream(FilePath(missing.c_str()), File::ModeRead); }));
+    EXPECT_EQ(
+        String("Can't open file: %1").Arg(missing.c_str()),
+        MessageOf<DataStreamIO>([&] { FileStream(FilePath(missing.c_str()), File::ModeRead); }));
 }
 
 TEST(FileStreamErrors, ShortPrimitiveReadKeepsTargetAndPosition)
@@ -126,12 +115,12 @@ TEST(FileStreamErrors, ShortPrimitiveReadKeepsTargetAndPosition)
     FileStream stream(FilePath(temp.Write("short.bin", "ab").c_str()), File::ModeRead);
     int value = 42;
     EXPECT_EQ("Can't extract int: Attempt to read 4 bytes, only read 2 bytes",
-              messageOf([&] { stream >> value; }));
+              MessageOf<DataStreamIO>([&] { stream >> value; }));
     EXPECT_EQ(42, value);
     EXPECT_EQ(0u, stream.GetPosition());
     unsigned char raw[5];
     EXPECT_EQ("Can't read 5 bytes: Attempt to read 5 bytes, only read 2 bytes",
-              messageOf([&] { stream.Read(5, raw); }));
+              MessageOf<DataStreamIO>([&] { stream.Read(5, raw); }));
     EXPECT_EQ(0u, stream.GetPosition());
 }
 
@@ -143,7 +132,7 @@ TEST(FileStreamErrors, StringFailuresNameLengthOrCause)
     FileStream noLength(FilePath(temp.Write("a.bin", std::string("\x02\x00", 2)).c_str()),
                         File::ModeRead);
     EXPECT_EQ("Can't extract string: Attempt to read 4 bytes, only read 2 bytes",
-              messageOf([&] { noLength >> target; }));
+              MessageOf<DataStreamIO>([&] { noLength >> target; }));
     EXPECT_TRUE(target.IsNull());
 
     FileStream shortText(FilePath(temp.Write("b.bin", std::string("\x0A\x00\x00\x00"
@@ -152,17 +141,18 @@ TEST(FileStreamErrors, StringFailuresNameLengthOrCause)
                                       .c_str()),
                          File::ModeRead);
     EXPECT_EQ("Can't extract string 10: Attempt to read 10 bytes, only read 3 bytes",
-              messageOf([&] { shortText >> target; }));
+              MessageOf<DataStreamIO>([&] { shortText >> target; }));
     EXPECT_EQ(0u, shortText.GetPosition());
 
     FileStream huge(FilePath(temp.Write("c.bin", std::string("\x41\x0D\x03\x00", 4)).c_str()),
                     File::ModeRead);
-    EXPECT_EQ("Improbable string length 200001", messageOf([&] { huge >> target; }));
+    EXPECT_EQ("Improbable string length 200001", MessageOf<DataStreamIO>([&] { huge >> target; }));
 
     FileStream vector(FilePath(temp.Write("d.bin", std::string("\x64\x00\x00\x00xy", 6)).c_str()),
                       File::ModeRead);
     Bytes bytes{7};
-    EXPECT_EQ("Can't extract 100 bytes: only 2 bytes remain", messageOf([&] { vector >> bytes; }));
+    EXPECT_EQ("Can't extract 100 bytes: only 2 bytes remain",
+              MessageOf<DataStreamIO>([&] { vector >> bytes; }));
     EXPECT_EQ((Bytes{7}), bytes);
     EXPECT_EQ(0u, vector.GetPosition());
 }
@@ -172,20 +162,20 @@ TEST(FileStreamErrors, WritesToReadOnlyFileAndClosedSeek)
     TempFolder temp;
     FileStream stream(FilePath(temp.Write("ro.bin", "abcd").c_str()), File::ModeRead);
     EXPECT_EQ("Can't insert int: Attempt to write 4 bytes, only wrote 0 bytes",
-              messageOf([&] { stream << 5; }));
+              MessageOf<DataStreamIO>([&] { stream << 5; }));
     EXPECT_EQ("Can't insert string: Attempt to write 4 bytes, only wrote 0 bytes",
-              messageOf([&] { stream << String("abc"); }));
+              MessageOf<DataStreamIO>([&] { stream << String("abc"); }));
     EXPECT_EQ("Can't insert 2 bytes: Attempt to write 4 bytes, only wrote 0 bytes",
-              messageOf(
+              MessageOf<DataStreamIO>(
                   [&] {
                       stream << Bytes{1, 2};
                   }));
     unsigned char const raw[] = {1};
     EXPECT_EQ("Can't write 1 bytes: Attempt to write 1 bytes, only wrote 0 bytes",
-              messageOf([&] { stream.Write(1, raw); }));
+              MessageOf<DataStreamIO>([&] { stream.Write(1, raw); }));
     stream.Close();
     EXPECT_EQ("Can't seek to 3: Attempt to seek to 3 when not open",
-              messageOf([&] { stream.SetPosition(3); }));
+              MessageOf<DataStreamIO>([&] { stream.SetPosition(3); }));
 }
 
 TEST(FileStreamPositions, SizeCountsBytesStillBuffered)

@@ -1,6 +1,7 @@
 #include "TvBase/Util/File.h"
 
 #include "tests/detail/TempFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -31,16 +32,7 @@ void write(File& file, std::string const& text)
 template <typename Action>
 FileIO thrownBy(Action action)
 {
-    try
-    {
-        action();
-    }
-    catch (FileIO const& e)
-    {
-        return e;
-    }
-    ADD_FAILURE() << "no FileIO thrown";
-    return FileIO("none", FilePath(), -1, 0);
+    return TestSupport::ThrownBy<FileIO>(action, FileIO("none", FilePath(), -1, 0));
 }
 
 } // namespace
