@@ -5,35 +5,17 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <fstream>
-#include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+using TestSupport::ReadSettingsFile;
 using TestSupport::TempConfigHome;
+using TestSupport::WriteSettingsFile;
 using Util::ConfigFile;
 
 namespace
 {
-
-std::string readFile(std::string const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-void writeFile(std::string const& path, std::string const& text)
-{
-    std::string folder = path.substr(0, path.rfind('/'));
-    for (std::size_t p = 1; p <= folder.size(); ++p)
-        if (p == folder.size() || folder[p] == '/')
-            mkdir(folder.substr(0, p).c_str(), 0700);
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << text;
-}
 
 bool exists(std::string const& path)
 {
@@ -67,27 +49,27 @@ TEST(ConfigFileCorruption, DamagedFileReadsEmptyAndIsKeptAside)
     TempConfigHome home;
     std::string file = home.UserFolder() + "com.test.corrupt.plist";
     std::string garbage = "<?xml version=\"1.0\"?><plist><dict><key>a</key><string>x";
-    writeFile(file, garbage);
+    WriteSettingsFile(file, garbage);
 
     ConfigFile config("com.test.corrupt");
     EXPECT_EQ(config.GetString("a", "default"), "default");
-    EXPECT_EQ(readFile(file + ".corrupt"), garbage);
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
     EXPECT_FALSE(exists(file));
 
     // New values go to a new file; the damaged one stays aside untouched.
     config.SetString("a", "fresh");
     config.Synchronize();
-    EXPECT_EQ(readFile(file + ".corrupt"), garbage);
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
     home.SwitchToOtherView();
     ConfigFile other("com.test.corrupt");
     EXPECT_EQ(other.GetString("a"), "fresh");
 
     // A second damage keeps the first copy and sets the new one beside it.
-    writeFile(file, "not a property list");
+    WriteSettingsFile(file, "not a property list");
     other.SetString("b", "mine");
     other.Synchronize();
-    EXPECT_EQ(readFile(file + ".corrupt"), garbage);
-    EXPECT_EQ(readFile(file + ".corrupt.1"), "not a property list");
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt.1"), "not a property list");
     // The value written before the damage was lost with the file, but the pending one survives.
     EXPECT_EQ(other.GetString("a", "lost"), "lost");
     EXPECT_EQ(other.GetString("b"), "mine");
@@ -103,7 +85,7 @@ TEST(ConfigFileCorruption, EveryKindOfDamageIsKeptAside)
     for (int i = 0; i < 50; ++i)
         good.SetString(String("k%1").Arg(i), "some value");
     good.Synchronize();
-    std::string whole = readFile(home.UserFolder() + "com.test.good.plist");
+    std::string whole = ReadSettingsFile(home.UserFolder() + "com.test.good.plist");
     ASSERT_GT(whole.size(), 100u);
 
     struct Case
@@ -119,10 +101,10 @@ TEST(ConfigFileCorruption, EveryKindOfDamageIsKeptAside)
     for (Case const& c : cases)
     {
         std::string file = home.UserFolder() + c.domain + ".plist";
-        writeFile(file, c.text);
+        WriteSettingsFile(file, c.text);
         ConfigFile config(c.domain);
         EXPECT_TRUE(config.GetString("k1").IsNull()) << c.domain;
-        EXPECT_EQ(readFile(file + ".corrupt"), c.text) << c.domain;
+        EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), c.text) << c.domain;
     }
 
     // A folder where the file should be is moved aside as well.
@@ -143,19 +125,19 @@ TEST(ConfigFileCorruption, HarmlessOrReadOnlyFilesStayWhereTheyAre)
     TempConfigHome home;
     // An empty file holds nothing to lose.
     std::string empty = home.UserFolder() + "com.test.empty.plist";
-    writeFile(empty, "");
+    WriteSettingsFile(empty, "");
     ConfigFile config("com.test.empty");
     EXPECT_TRUE(config.GetString("k").IsNull());
     EXPECT_FALSE(exists(empty + ".corrupt"));
 
     // A damaged any-user file reads as empty but is not this process's to move.
     std::string system = home.SystemFolder() + "com.test.system.plist";
-    writeFile(system, "<plist><dict><key>");
+    WriteSettingsFile(system, "<plist><dict><key>");
     ConfigFile other("com.test.system");
     EXPECT_TRUE(other.GetString("k").IsNull());
     other.SetString("k", "v");
     other.Synchronize();
-    EXPECT_EQ(readFile(system), "<plist><dict><key>");
+    EXPECT_EQ(ReadSettingsFile(system), "<plist><dict><key>");
     EXPECT_FALSE(exists(system + ".corrupt"));
     EXPECT_EQ(other.GetString("k"), "v");
 }
@@ -166,15 +148,16 @@ TEST(ConfigFileCorruption, UnreadableFileIsKeptAsideNotOverwritten)
         GTEST_SKIP() << "permissions do not bind the super-user";
     TempConfigHome home;
     std::string file = home.UserFolder() + "com.test.locked.plist";
-    writeFile(file, "<plist version=\"1.0\"><dict><key>k</key><string>old</string></dict></plist>");
+    WriteSettingsFile(
+        file, "<plist version=\"1.0\"><dict><key>k</key><string>old</string></dict></plist>");
     chmod(file.c_str(), 0);
     ConfigFile config("com.test.locked");
     EXPECT_TRUE(config.GetString("k").IsNull());
     config.SetString("k", "new");
     config.Synchronize();
     chmod((file + ".corrupt").c_str(), 0600);
-    EXPECT_NE(readFile(file + ".corrupt").find("old"), std::string::npos);
-    EXPECT_NE(readFile(file).find("new"), std::string::npos);
+    EXPECT_NE(ReadSettingsFile(file + ".corrupt").find("old"), std::string::npos);
+    EXPECT_NE(ReadSettingsFile(file).find("new"), std::string::npos);
 }
 
 TEST(ConfigFileProcesses, TwoWritersAtOnceLoseNothing)

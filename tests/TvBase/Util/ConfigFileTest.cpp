@@ -6,11 +6,11 @@
 
 #include <cstring>
 #include <dirent.h>
-#include <fstream>
-#include <sstream>
 #include <sys/stat.h>
 
+using TestSupport::ReadSettingsFile;
 using TestSupport::TempConfigHome;
+using TestSupport::WriteSettingsFile;
 using Util::ConfigFile;
 
 namespace
@@ -36,24 +36,6 @@ std::vector<String> strings(std::initializer_list<char const*> items)
     for (char const* item : items)
         out.push_back(item);
     return out;
-}
-
-std::string readFile(std::string const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-void writeFile(std::string const& path, std::string const& text)
-{
-    std::string folder = path.substr(0, path.rfind('/'));
-    for (std::size_t p = 1; p <= folder.size(); ++p)
-        if (p == folder.size() || folder[p] == '/')
-            mkdir(folder.substr(0, p).c_str(), 0700);
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << text;
 }
 
 /// The name of the one file in `folder`; empty when there is not exactly one.
@@ -174,13 +156,13 @@ TEST(ConfigFileListing, CoversAllFourScopesWithoutDuplicates)
     // The current host's file, under the name the store chose for this host.
     std::string hostFile = onlyFileIn(home.UserFolder() + "ByHost/");
     ASSERT_EQ(hostFile.rfind("com.test.scopes.", 0), 0u) << hostFile;
-    writeFile(home.SystemFolder() + "com.test.scopes.plist",
-              plistWith("<key>k/system</key><string>s</string>"
-                        "<key>k/shared</key><string>system value</string>"
-                        "<key>k/hostShared</key><string>any host</string>"));
-    writeFile(home.SystemFolder() + "ByHost/" + hostFile,
-              plistWith("<key>k/systemHost</key><string>sh</string>"
-                        "<key>k/hostShared</key><string>this host</string>"));
+    WriteSettingsFile(home.SystemFolder() + "com.test.scopes.plist",
+                      plistWith("<key>k/system</key><string>s</string>"
+                                "<key>k/shared</key><string>system value</string>"
+                                "<key>k/hostShared</key><string>any host</string>"));
+    WriteSettingsFile(home.SystemFolder() + "ByHost/" + hostFile,
+                      plistWith("<key>k/systemHost</key><string>sh</string>"
+                                "<key>k/hostShared</key><string>this host</string>"));
 
     home.SwitchToOtherView();
     ConfigFile config("com.test.scopes");
@@ -207,10 +189,10 @@ TEST(ConfigFileListing, CoversAllFourScopesWithoutDuplicates)
     EXPECT_EQ(config.GetString("k/system", "d"), "s");
 
     // The any-user files are never written.
-    std::string before = readFile(home.SystemFolder() + "com.test.scopes.plist");
+    std::string before = ReadSettingsFile(home.SystemFolder() + "com.test.scopes.plist");
     config.SetString("k/system", "mine");
     config.Synchronize();
-    EXPECT_EQ(readFile(home.SystemFolder() + "com.test.scopes.plist"), before);
+    EXPECT_EQ(ReadSettingsFile(home.SystemFolder() + "com.test.scopes.plist"), before);
     EXPECT_EQ(config.GetString("k/system", "d"), "mine");
 }
 
@@ -281,7 +263,7 @@ TEST(ConfigFileTypes, UInt64TruncatesBothValueAndDefault)
     home.SwitchToOtherView();
     ConfigFile other("com.test.uint64");
     EXPECT_EQ(other.GetUInt64("big", 0), 2u);
-    EXPECT_NE(readFile(home.UserFolder() + "com.test.uint64.plist").find("4294967298"),
+    EXPECT_NE(ReadSettingsFile(home.UserFolder() + "com.test.uint64.plist").find("4294967298"),
               std::string::npos);
 }
 
@@ -503,10 +485,11 @@ TEST(ConfigFileCopy, CopiesAnyTypeAcrossDomainsByTheGivenPath)
 TEST(ConfigFileStorage, KeepsValuesOfTypesItDoesNotWrite)
 {
     TempConfigHome home;
-    writeFile(home.UserFolder() + "com.test.foreign.plist",
-              plistWith("<key>flag</key><true/>"
-                        "<key>list</key><array><string>a</string><integer>2</integer></array>"
-                        "<key>ratio</key><real>0.5</real>"));
+    WriteSettingsFile(
+        home.UserFolder() + "com.test.foreign.plist",
+        plistWith("<key>flag</key><true/>"
+                  "<key>list</key><array><string>a</string><integer>2</integer></array>"
+                  "<key>ratio</key><real>0.5</real>"));
     ConfigFile config("com.test.foreign");
     EXPECT_TRUE(config.GetBool("flag", false));
     EXPECT_EQ(config.GetString("list", "d"), "d");
@@ -516,7 +499,7 @@ TEST(ConfigFileStorage, KeepsValuesOfTypesItDoesNotWrite)
     // Writing another value leaves them exactly as they were.
     config.SetString("new", "n");
     config.Synchronize();
-    std::string text = readFile(home.UserFolder() + "com.test.foreign.plist");
+    std::string text = ReadSettingsFile(home.UserFolder() + "com.test.foreign.plist");
     EXPECT_NE(text.find("<true/>"), std::string::npos);
     EXPECT_NE(text.find("<array>"), std::string::npos);
     EXPECT_NE(text.find("<real>"), std::string::npos);
@@ -524,7 +507,7 @@ TEST(ConfigFileStorage, KeepsValuesOfTypesItDoesNotWrite)
     ConfigFile copy("com.test.foreign.copy");
     copy.CopyPropertyFrom("list", config);
     copy.Synchronize();
-    EXPECT_NE(readFile(home.UserFolder() + "com.test.foreign.copy.plist").find("<array>"),
+    EXPECT_NE(ReadSettingsFile(home.UserFolder() + "com.test.foreign.copy.plist").find("<array>"),
               std::string::npos);
 }
 
@@ -537,16 +520,16 @@ TEST(ConfigFileSharing, NoticesAChangeThatKeepsSizeAndFile)
 
     // Rewritten in place at once: same inode, same size, most likely the same time stamp.
     std::string file = home.UserFolder() + "com.test.samesize.plist";
-    std::string text = readFile(file);
+    std::string text = ReadSettingsFile(file);
     std::size_t at = text.find("<string>1</string>");
     ASSERT_NE(at, std::string::npos);
     text[at + 8] = '2';
-    writeFile(file, text);
+    WriteSettingsFile(file, text);
 
     config.Synchronize();
     EXPECT_EQ(config.GetString("k"), "2");
     // And a merge keeps it rather than writing back the old reading.
-    writeFile(file, readFile(file).replace(at + 8, 1, "3"));
+    WriteSettingsFile(file, ReadSettingsFile(file).replace(at + 8, 1, "3"));
     config.SetString("other", "x");
     config.Synchronize();
     home.SwitchToOtherView();

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdlib>
+#include <fstream>
 #include <ftw.h>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace TestSupport
@@ -104,5 +107,26 @@ private:
     ScopedEnv configDirs;
     int views = 0;
 };
+
+/// The whole text of a settings file; empty when it can't be read.
+inline std::string ReadSettingsFile(std::string const& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+/// Writes a settings file as another program would, making its folders (private to the user)
+/// on the way.
+inline void WriteSettingsFile(std::string const& path, std::string const& text)
+{
+    std::string folder = path.substr(0, path.rfind('/'));
+    for (std::size_t p = 1; p <= folder.size(); ++p)
+        if (p == folder.size() || folder[p] == '/')
+            mkdir(folder.substr(0, p).c_str(), 0700);
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << text;
+}
 
 } // namespace TestSupport
