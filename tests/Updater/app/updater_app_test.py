@@ -9,7 +9,6 @@ the driver's request; both pictures, and a diff picture when they differ, are ke
 
 import argparse
 import http.server
-import importlib.util
 import os
 import plistlib
 import shutil
@@ -22,31 +21,20 @@ import threading
 import time
 import unittest
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
+import gui_test  # noqa: E402
+import png_reader  # noqa: E402
+import xlib_client  # noqa: E402
+
+tvdriver = gui_test.load_driver()
+
 ARGS = None
 ARTIFACTS = None
-SKIP = 77
-SOURCE = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
+SOURCE = gui_test.SOURCE
 DOMAIN = "com.tavorin.updater"
 MAIN = "Updater Main Window"
 ERROR_TEXT = ("An error occurred while checking for updates.  Please check your network "
               "connection or visit 127.0.0.1 to download all of the latest Tavorin updates.")
-
-
-def load_driver():
-    module_spec = importlib.util.spec_from_file_location(
-        "tvdriver", os.path.join(SOURCE, "tools", "tvdriver.py"))
-    module = importlib.util.module_from_spec(module_spec)
-    module_spec.loader.exec_module(module)
-    return module
-
-
-tvdriver = load_driver()
-
-
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
-from xvfb_display import Display  # noqa: E402
-import png_reader  # noqa: E402
-import xlib_client  # noqa: E402
 
 
 class Site:
@@ -211,23 +199,26 @@ class UpdaterRuns(unittest.TestCase):
         return p
 
     def driver(self):
-        d = tvdriver.Driver.connect(timeout=10, name="APP:Updater")
+        # A sanitizer build on a busy machine may take this long to start its bridge.
+        d = tvdriver.Driver.connect(timeout=20, name="APP:Updater")
         self.drivers.append(d)
         return d
 
     # ---- what reached the screen
 
-    def xdotool(self, *args):
-        return subprocess.run(["xdotool"] + [str(a) for a in args], env=self.env,
-                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
-                              timeout=10).stdout.split()
-
     def mapped_windows(self, p):
         """The program's mapped X windows: id -> (x, y, width, height) on the screen."""
+        # A search that finds nothing fails, so its status is not looked at.
+        search = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(p.pid)],
+                                env=self.env, stdout=subprocess.PIPE,
+                                stderr=subprocess.DEVNULL, text=True, timeout=10)
         out = {}
-        for window in self.xdotool("search", "--onlyvisible", "--pid", p.pid):
-            values = dict(line.split("=", 1) for line in self.xdotool(
-                "getwindowgeometry", "--shell", window) if "=" in line)
+        for window in search.stdout.split():
+            try:
+                geometry = gui_test.xdotool(self.display, "getwindowgeometry", "--shell", window)
+            except AssertionError:
+                continue  # gone since the search
+            values = dict(line.split("=", 1) for line in geometry.split() if "=" in line)
             out[int(window)] = tuple(int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
         return out
 
@@ -293,11 +284,7 @@ class UpdaterRuns(unittest.TestCase):
         return frame, window
 
     def click(self, d, path):
-        info = d.widget_info(path)
-        x = int(info["screenX"]) + int(info["width"]) // 2
-        y = int(info["screenY"]) + int(info["height"]) // 2
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"],
-                       env=self.env, check=True, timeout=10)
+        gui_test.click_widget(self.display, d, path)
 
     def move_pointer(self, x, y):
         """As a mouse moves it, through XTEST. Outside its own windows the program learns where
@@ -458,8 +445,7 @@ class UpdaterRuns(unittest.TestCase):
         """Clicks the close box of the window whose frame holds `widget`, as a window manager
         passes that click on: WM_DELETE_WINDOW to the program, which decides what happens."""
         window = self.x_window_of(d, p, widget)
-        with xlib_client.Connection(self.display.name) as x:
-            x.request_close(window)
+        gui_test.request_close(self.display, window)
         return window
 
     def test_main_window_close_box_ends_the_program_like_close(self):
@@ -603,24 +589,14 @@ class UpdaterRuns(unittest.TestCase):
 
 
 def main():
-    global ARGS
+    global ARGS, ARTIFACTS
     parser = argparse.ArgumentParser()
     parser.add_argument("--bin", required=True)
     parser.add_argument("--module", required=True)
     parser.add_argument("--artifacts", required=True)
     ARGS, rest = parser.parse_known_args()
-    global ARTIFACTS
     ARTIFACTS = os.path.join(os.path.abspath(ARGS.artifacts), "updater")
-    display = Display()
-    if not display.start():
-        print("no X display: skipped")
-        return SKIP
-    UpdaterRuns.display = display
-    try:
-        result = unittest.main(argv=[sys.argv[0]] + rest, exit=False, verbosity=2).result
-    finally:
-        display.stop()
-    return 0 if result.wasSuccessful() else 1
+    return gui_test.run_tests([UpdaterRuns], rest)
 
 
 if __name__ == "__main__":
