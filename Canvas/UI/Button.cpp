@@ -49,25 +49,29 @@ void Button::SetCommandID(String const& id)
     SetProperty<String>(kCommandProperty, id);
 }
 
-void Button::UIAutomationClick()
+bool Button::takeClick()
 {
     switch (mode)
     {
     case Momentary:
     case Immediate:
-        signalClicked();
         break;
     case Latching:
         if (pressed)
-            break;
+            return false;
         SetPressed(true);
-        signalClicked();
         break;
     case Toggle:
         SetPressed(!pressed);
-        signalClicked();
         break;
     }
+    return true;
+}
+
+void Button::UIAutomationClick()
+{
+    if (takeClick())
+        signalClicked();
     Update();
 }
 
@@ -220,28 +224,15 @@ bool Button::onKeyPress(unsigned int key, unsigned int flags, bool)
 {
     if (!isActivationKey(key))
         return false;
-    switch (mode)
+    if (takeClick())
     {
-    case Momentary:
-    case Immediate:
-        SetKeyPressed(true);
-        if (flags & kShiftBit)
+        // A toggle's key shows the state it left; the others show the key down.
+        SetKeyPressed(mode == Toggle ? pressed : true);
+        // Shift makes the key a right click on the buttons that keep no state.
+        if ((flags & kShiftBit) && (mode == Momentary || mode == Immediate))
             signalRightClicked();
         else
             signalClicked();
-        break;
-    case Latching:
-        if (pressed)
-            break;
-        SetPressed(true);
-        SetKeyPressed(true);
-        signalClicked();
-        break;
-    case Toggle:
-        SetPressed(!pressed);
-        SetKeyPressed(pressed);
-        signalClicked();
-        break;
     }
     Update();
     return true;

@@ -112,6 +112,10 @@ protected:
 
 private:
     void enterPressedState();
+    /// Moves the press state as a click without the mouse does in this mode: a latching button
+    /// goes down and a toggle flips. False when a latching button is already down and the click
+    /// does nothing.
+    bool takeClick();
 
     unsigned int captionOverride = 0;
     bool pressed = false;
