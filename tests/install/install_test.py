@@ -10,7 +10,6 @@ are skipped without one) and xdotool. Every wait is bounded."""
 import argparse
 import filecmp
 import http.server
-import importlib.util
 import os
 import shutil
 import socketserver
@@ -28,19 +27,10 @@ PROGRAMS = ("tavorin-updater", "tvdefaults", "tvcheck", "tvresembed")
 RESOURCES = os.path.join("Resources", "resources.resembed")
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import gui_test  # noqa: E402
 from xvfb_display import Display  # noqa: E402
 
-
-def load_driver():
-    path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools",
-                        "tvdriver.py")
-    module_spec = importlib.util.spec_from_file_location("tvdriver", path)
-    module = importlib.util.module_from_spec(module_spec)
-    module_spec.loader.exec_module(module)
-    return module
-
-
-tvdriver = load_driver()
+tvdriver = gui_test.load_driver()
 
 
 class Site:
@@ -155,12 +145,6 @@ class InstalledPrograms(unittest.TestCase):
         with open(os.path.join(self.work, "updater.err")) as f:
             return f.read()
 
-    def click(self, info):
-        x = int(info["screenX"]) + int(info["width"]) // 2
-        y = int(info["screenY"]) + int(info["height"]) // 2
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"],
-                       env=self.env, check=True, timeout=10)
-
     def layout(self, name):
         """The children of a layout packed in the installed resources: name -> (x, y, w, h)."""
         result = self.run_installed("tvresembed", "extract", os.path.join(self.bin, RESOURCES),
@@ -236,7 +220,7 @@ class InstalledPrograms(unittest.TestCase):
                 if info["classname"] not in ("Text", "MultiText"):
                     self.assertEqual((width, height), (int(info["width"]), int(info["height"])),
                                      name)
-            self.click(d.widget_info(MAIN + "|Close Button"))
+            gui_test.click_widget(self.display, d, MAIN + "|Close Button")
             self.assertEqual(0, p.wait(15))
         self.assertIn("present Updater Host Window ", self.updater_stderr())
 
