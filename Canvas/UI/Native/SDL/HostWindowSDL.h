@@ -91,9 +91,6 @@ private:
     bool topMost = false;
     bool presentTraced = false;
     Rect restoredRect;
-    unsigned int lastButtons = 0;
-    unsigned int lastClickTicks[2] = {0, 0};
-    Point lastClickPoint[2];
 };
 
 } // namespace Native
