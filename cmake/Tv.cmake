@@ -1,6 +1,8 @@
 # Helpers that every component fragment uses, so that a fragment only lists its files.
 #
 #   tv_library(name SOURCES ... [DEPS ...])       static library, includes from the repository root
+#   tv_ui_sources(SOURCES ... [DEPS ...] [PRIVATE_DEPS ...])
+#                                                 adds a part of the widget toolkit to tv_ui
 #   tv_executable(name SOURCES ... [DEPS ...])    program in <build>/bin
 #   tv_test(name SOURCES ... [DEPS ...] [THREADS] [LABELS ...])
 #                                                 GoogleTest program registered with CTest;
@@ -13,6 +15,18 @@ function(tv_library name)
   add_library(${name} STATIC ${A_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${A_DEPS})
+endfunction()
+
+# The widget toolkit is one library, tv_ui: windows draw through the canvas, the canvas makes the
+# theme's widgets, frames load layouts, the host ticks the test bridge, so its parts call each
+# other in every direction. Each fragment adds its own part's files and outside dependencies.
+add_library(tv_ui STATIC)
+target_include_directories(tv_ui PUBLIC ${PROJECT_SOURCE_DIR})
+
+function(tv_ui_sources)
+  cmake_parse_arguments(A "" "" "SOURCES;DEPS;PRIVATE_DEPS" ${ARGN})
+  target_sources(tv_ui PRIVATE ${A_SOURCES})
+  target_link_libraries(tv_ui PUBLIC ${A_DEPS} PRIVATE ${A_PRIVATE_DEPS})
 endfunction()
 
 function(tv_executable name)

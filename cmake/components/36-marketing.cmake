@@ -3,7 +3,7 @@ tv_library(tv_marketing
   SOURCES
     Updater/app/MarketingMessageThread.cpp
     Updater/app/MarketingURL.cpp
-  DEPS tv_network tv_images tv_threads)
+  DEPS tv_network tv_ui tv_threads)
 target_compile_definitions(tv_marketing PRIVATE TV_WEB_HOST="${TV_WEB_HOST}")
 
 tv_test(MarketingMessageThreadTest THREADS

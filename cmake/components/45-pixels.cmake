@@ -1,5 +1,5 @@
 # Pixel buffers, blits, box and line drawing, draw contexts.
-tv_library(tv_pixels
+tv_ui_sources(
   SOURCES
     Canvas/UI/Native/DIBSection.cpp
     Canvas/UI/Native/DrawDIBSectionFunction.cpp
@@ -14,9 +14,10 @@ tv_library(tv_pixels
     Canvas/UI/detail/BlitRowsAvx2.cpp
   DEPS tv_core)
 # Only this file is built for AVX2; it runs where the processor reports it. Contraction into
-# fused multiply-adds stays off everywhere so that the float weights round exactly as written.
+# fused multiply-adds stays off in the whole toolkit so that the float weights round exactly as
+# written.
 set_source_files_properties(Canvas/UI/detail/BlitRowsAvx2.cpp PROPERTIES COMPILE_OPTIONS -mavx2)
-target_compile_options(tv_pixels PRIVATE -ffp-contract=off)
+target_compile_options(tv_ui PRIVATE -ffp-contract=off)
 
 tv_test(tv_pixels_tests
   SOURCES
@@ -29,8 +30,8 @@ tv_test(tv_pixels_tests
     tests/Canvas/UI/BoxDrawingTest.cpp
     tests/Canvas/UI/LineInfoTest.cpp
     tests/Canvas/UI/MemoryDrawContextTest.cpp
-  DEPS tv_pixels tv_fonts) # the draw context's text goes to the font engine
+  DEPS tv_ui) # the draw context's text goes to the font engine
 
 tv_bench(tv_pixels_bench
   SOURCES bench/BlitBench.cpp
-  DEPS tv_pixels PkgConfig::PIXMAN)
+  DEPS tv_ui PkgConfig::PIXMAN)

@@ -1,6 +1,6 @@
 # The window tree and the frame: windows, frames, the canvas they share, the design seam and the
 # host window door.
-tv_library(tv_window
+tv_ui_sources(
   SOURCES
     Canvas/UI/Window.cpp
     Canvas/UI/Frame.cpp
@@ -8,14 +8,14 @@ tv_library(tv_window
     Canvas/UI/FocusIndicator.cpp
     Canvas/UI/HotDraw.cpp
     Canvas/UI/detail/DebugReport.cpp
-  DEPS tv_signals tv_pixels tv_threads tv_core)
+  DEPS tv_signals tv_threads tv_core)
 
 tv_test(tv_window_tests
   SOURCES
     tests/Canvas/UI/WindowTest.cpp
     tests/Canvas/UI/FrameTest.cpp
-  DEPS tv_window)
+  DEPS tv_ui)
 
 tv_bench(tv_frame_bench
   SOURCES bench/FrameBench.cpp
-  DEPS tv_window)
+  DEPS tv_ui)

@@ -1,6 +1,6 @@
 # Images: PNG skins with their cache and gamma, nine-patch stretching, the PNG codec of
 # screenshots, SVG icons over Anti-Grain Geometry, and screenshots of a frame.
-tv_library(tv_images
+tv_ui_sources(
   SOURCES
     Canvas/UI/detail/PngReader.cpp
     Canvas/UI/Media.cpp
@@ -16,8 +16,7 @@ tv_library(tv_images
     Canvas/UI/AGGInlineRenderer.cpp
     Canvas/UI/Native/ScreenShotHost.cpp
     Canvas/UI/ScreenShot.cpp
-  DEPS tv_window tv_pixels tv_files tv_config tv_utilities
-       PkgConfig::PNG PkgConfig::ZLIB PkgConfig::AGG)
+  DEPS tv_files tv_config tv_utilities PkgConfig::PNG PkgConfig::ZLIB PkgConfig::AGG)
 # AGG's scanline rasterizer shifts negative coverage values left: defined on every compiler we
 # build with (and by C++20), but reported under C++17. Only the files that instantiate it are
 # spared that one check.
@@ -35,9 +34,9 @@ tv_test(tv_images_tests
     tests/Canvas/UI/ScreenShotTest.cpp
     tests/Canvas/UI/support/PngTestSupport.cpp
     tests/support/TempFolder.cpp
-  DEPS tv_images)
+  DEPS tv_ui)
 
-tv_bench(tv_images_bench SOURCES bench/ImageBench.cpp DEPS tv_images)
+tv_bench(tv_images_bench SOURCES bench/ImageBench.cpp DEPS tv_ui)
 
-tv_fuzz(PngDecodeFuzz SOURCES fuzz/PngDecodeFuzz.cpp DEPS tv_images)
-tv_fuzz(SvgParseFuzz SOURCES fuzz/SvgParseFuzz.cpp DEPS tv_images)
+tv_fuzz(PngDecodeFuzz SOURCES fuzz/PngDecodeFuzz.cpp DEPS tv_ui)
+tv_fuzz(SvgParseFuzz SOURCES fuzz/SvgParseFuzz.cpp DEPS tv_ui)

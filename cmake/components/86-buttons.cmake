@@ -1,7 +1,7 @@
 # The button family: the press state machine, push, pixmap, on/off, check and radio buttons,
 # hyperlinks, button groups, bracket sets and the banner background of the updater's panels.
 
-tv_library(tv_buttons
+tv_ui_sources(
   SOURCES
     Canvas/UI/Button.cpp
     Canvas/UI/PushButton.cpp
@@ -16,8 +16,7 @@ tv_library(tv_buttons
     Canvas/UI/SimpleBannerBG.cpp
     Canvas/UI/detail/ButtonDrawing.cpp
     TvBase/Util/LaunchWebURL.cpp
-  DEPS tv_text tv_host tv_timers tv_images tv_canvas tv_window tv_controller tv_utilities
-       tv_fonts tv_core)
+  DEPS tv_controller tv_utilities tv_core)
 
 # Buttons driven through a frame on the in-memory host window, drawn into a memory bitmap.
 tv_test(tv_buttons_tests
@@ -28,4 +27,4 @@ tv_test(tv_buttons_tests
     tests/Canvas/UI/ButtonGroupTest.cpp
     tests/Canvas/UI/support/ButtonTestSupport.cpp
     tests/support/TempFolder.cpp
-  DEPS tv_buttons)
+  DEPS tv_ui)

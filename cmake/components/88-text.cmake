@@ -2,7 +2,7 @@
 # editor that edit fields open over themselves. The gallery example shows them for manual
 # checks and GUI tests.
 
-tv_library(tv_text
+tv_ui_sources(
   SOURCES
     Canvas/UI/Text.cpp
     Canvas/UI/MultiText.cpp
@@ -13,15 +13,14 @@ tv_library(tv_text
     Canvas/UI/Native/LineEditor.cpp
     Canvas/UI/Native/HostCanvasPlatform.cpp
     Canvas/UI/Native/SDL/InlineEditorSDL.cpp
-  DEPS tv_host tv_canvas tv_window tv_fonts tv_core)
-target_link_libraries(tv_text PRIVATE PkgConfig::SDL2)
+  DEPS tv_core
+  PRIVATE_DEPS PkgConfig::SDL2)
 
 # The gallery starts the test automation bridge, so it links the bridge's loader.
 tv_executable(tv-gallery
   SOURCES examples/gallery/main.cpp examples/gallery/MainWindow.cpp examples/gallery/Gallery.cpp
           examples/gallery/Buttons.cpp examples/gallery/Scrolling.cpp examples/gallery/Images.cpp
-  DEPS tv_text tv_buttons tv_scrolling tv_tab tv_images tv_layout tv_files tv_controller tv_host
-       tv_config tv_testautomation)
+  DEPS tv_ui tv_tab tv_files tv_controller tv_config)
 
 # The gallery's images, icon and layouts, packed into Resources/gallery.resembed beside it and
 # repacked when any file below its resource folder changes.
@@ -48,7 +47,7 @@ tv_test(tv_text_tests
     tests/Canvas/UI/Native/LineEditorTest.cpp
     tests/Canvas/UI/CanvasTestSupport.cpp
     tests/support/TempFolder.cpp
-  DEPS tv_text PkgConfig::SDL2)
+  DEPS tv_ui PkgConfig::SDL2)
 
 # Real SDL windows: the inline editor typed into with xdotool, and the tool tip's delay.
 tv_test(tv_text_gui_tests
@@ -57,11 +56,8 @@ tv_test(tv_text_gui_tests
     tests/Canvas/UI/Native/SDL/GuiTestSupport.cpp
     tests/Canvas/UI/CanvasTestSupport.cpp
     tests/support/TempFolder.cpp
-  DEPS tv_text tv_config PkgConfig::SDL2
+  DEPS tv_ui tv_config PkgConfig::SDL2
   LABELS gui)
-
-# The built-in window types that layout files can name include the text widgets.
-target_link_libraries(tv_layout PUBLIC tv_text)
 
 # The gallery program itself on a private X display, driven with xdotool.
 tv_test(tv_gallery_gui_tests
@@ -69,6 +65,6 @@ tv_test(tv_gallery_gui_tests
     tests/examples/gallery/GalleryGuiTest.cpp
     tests/Canvas/UI/Native/SDL/GuiTestSupport.cpp
     tests/support/TempFolder.cpp
-  DEPS tv_text PkgConfig::SDL2
+  DEPS tv_ui PkgConfig::SDL2
   LABELS gui)
 add_dependencies(tv_gallery_gui_tests tv-gallery)

@@ -3,16 +3,15 @@
 # a JSON-RPC server over loopback TCP that programs load only when it is installed or named by
 # TV_TEST_AUTOMATION_MODULE.
 
-# The front is called from the frame, the windows and the host tick, so it lives in the window
-# library; it reaches the core only through virtual calls, so nothing else follows it in.
-target_sources(tv_window PRIVATE Canvas/UI/TestAutomationInterface.cpp)
-
-tv_library(tv_testautomation
+# The front is called from the frame, the windows and the host tick; it reaches the core only
+# through virtual calls.
+tv_ui_sources(
   SOURCES
+    Canvas/UI/TestAutomationInterface.cpp
     Canvas/TestAutomation/TestAutomationCore.cpp
     Canvas/UI/TestAutomationInterfaceStart.cpp
     Canvas/UI/ApplicationMainWindow.cpp
-  DEPS tv_text tv_host tv_window tv_canvas tv_config tv_threads tv_core)
+  DEPS tv_config tv_threads tv_core)
 
 # The module's own code: JSON, request dispatch and the socket server. It links nothing of the
 # toolkit, and is compiled position-independent for the shared module.
@@ -51,7 +50,7 @@ tv_test(tv_testautomation_tests
     tests/Canvas/TestAutomation/RpcTestClient.cpp
     tests/Canvas/UI/CanvasTestSupport.cpp
     tests/support/TempFolder.cpp
-  DEPS tv_testautomation tv_testautomation_rpc)
+  DEPS tv_ui tv_testautomation_rpc)
 target_compile_definitions(tv_testautomation_tests PRIVATE
   TV_TEST_AUTOMATION_MODULE_PATH="$<TARGET_FILE:TvTestAutomation>"
   TV_TEST_AUTOMATION_MODULE_V3_PATH="$<TARGET_FILE:TvTestAutomationV3>")
@@ -76,8 +75,3 @@ endif()
 tv_fuzz(JsonRpcFuzz
   SOURCES fuzz/JsonRpcFuzz.cpp
   DEPS tv_testautomation_rpc)
-
-# The window library calls into the host door and the bridge's core; in sanitizer builds their
-# type information is needed wherever the window library links.
-target_link_libraries(tv_window PUBLIC tv_host tv_testautomation)
-set_property(TARGET tv_window PROPERTY LINK_INTERFACE_MULTIPLICITY 4)

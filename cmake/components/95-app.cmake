@@ -10,8 +10,7 @@ tv_library(tv_app
     Updater/app/RunApplication.cpp
     Updater/app/UpdaterLook.cpp
     Updater/app/UpdatesPanel.cpp
-  DEPS tv_updater_check tv_marketing tv_host tv_buttons tv_text tv_scrolling tv_layout
-       tv_testautomation tv_fonts tv_images tv_canvas tv_window)
+  DEPS tv_updater_check tv_marketing tv_ui)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(TV_APP_LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
 target_link_libraries(tv_app PUBLIC PkgConfig::TV_APP_LIBXML2)
