@@ -9,14 +9,11 @@ are skipped without one) and xdotool. Every wait is bounded."""
 
 import argparse
 import filecmp
-import http.server
 import os
 import shutil
-import socketserver
 import subprocess
 import sys
 import tempfile
-import threading
 import unittest
 import xml.etree.ElementTree as ElementTree
 
@@ -28,46 +25,10 @@ RESOURCES = os.path.join("Resources", "resources.resembed")
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
 import gui_test  # noqa: E402
+from loopback_site import Site  # noqa: E402
 from xvfb_display import Display  # noqa: E402
 
 tvdriver = gui_test.load_driver()
-
-
-class Site:
-    """A loopback HTTP server over a dict of paths; anything else is a 404."""
-
-    def __init__(self, pages):
-        site = self
-        self.pages = dict(pages)
-
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                body = site.pages.get(self.path)
-                if body is None:
-                    self.send_error(404)
-                    return
-                self.send_response(200)
-                self.send_header("Content-Length", str(len(body)))
-                self.end_headers()
-                self.wfile.write(body)
-
-            def log_message(self, *args):
-                pass
-
-        class Server(socketserver.ThreadingMixIn, http.server.HTTPServer):
-            daemon_threads = True
-
-        self.server = Server(("127.0.0.1", 0), Handler)
-        self.host = "127.0.0.1:%d" % self.server.server_address[1]
-        self.thread = threading.Thread(target=self.server.serve_forever, daemon=True)
-        self.thread.start()
-
-    def url(self, path):
-        return "http://%s%s" % (self.host, path)
-
-    def stop(self):
-        self.server.shutdown()
-        self.server.server_close()
 
 
 class InstalledPrograms(unittest.TestCase):

@@ -8,16 +8,13 @@ the driver's request; both pictures, and a diff picture when they differ, are ke
 <artifacts>/updater. Exits 77 (skipped) without a display. Every wait is bounded."""
 
 import argparse
-import http.server
 import os
 import plistlib
 import shutil
 import socket
-import socketserver
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 import unittest
 
@@ -25,6 +22,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 import gui_test  # noqa: E402
 import png_reader  # noqa: E402
 import xlib_client  # noqa: E402
+from loopback_site import Site  # noqa: E402
 
 tvdriver = gui_test.load_driver()
 
@@ -35,54 +33,6 @@ DOMAIN = "com.tavorin.updater"
 MAIN = "Updater Main Window"
 ERROR_TEXT = ("An error occurred while checking for updates.  Please check your network "
               "connection or visit 127.0.0.1 to download all of the latest Tavorin updates.")
-
-
-class Site:
-    """A loopback HTTP server over a dict of paths; a path in `stall` never answers until the
-    server stops, and a path in `hold` answers once `release` is set."""
-
-    def __init__(self, pages, stall=(), hold=()):
-        site = self
-        self.pages = dict(pages)
-        self.stall = set(stall)
-        self.hold = set(hold)
-        self.release = threading.Event()
-
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                if self.path in site.stall:
-                    site.release.wait(30)
-                    return
-                if self.path in site.hold:
-                    site.release.wait(30)
-                body = site.pages.get(self.path)
-                if body is None:
-                    self.send_error(404)
-                    return
-                self.send_response(200)
-                self.send_header("Content-Length", str(len(body)))
-                self.end_headers()
-                self.wfile.write(body)
-
-            def log_message(self, *args):
-                pass
-
-        class Server(socketserver.ThreadingMixIn, http.server.HTTPServer):
-            daemon_threads = True
-
-        self.server = Server(("127.0.0.1", 0), Handler)
-        self.port = self.server.server_address[1]
-        self.host = "127.0.0.1:%d" % self.port
-        self.thread = threading.Thread(target=self.server.serve_forever, daemon=True)
-        self.thread.start()
-
-    def url(self, path):
-        return "http://%s%s" % (self.host, path)
-
-    def stop(self):
-        self.release.set()
-        self.server.shutdown()
-        self.server.server_close()
 
 
 def closed_port():
