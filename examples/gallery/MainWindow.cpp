@@ -177,10 +177,12 @@ bool MainWindow::ProcessTARequest(String const& request, TestAutomation::RPCRequ
     return handleRequest(request, reply);
 }
 
-bool MainWindow::onTestAutomationRequest(String const& request, UI::Window*,
+bool MainWindow::onTestAutomationRequest(String const& request, UI::Window* window,
                                          TestAutomation::RPCReplyInterface* reply)
 {
-    return handleRequest(request, reply);
+    // What the gallery does not answer itself (such as "SaveScreenShot") every main window does.
+    return handleRequest(request, reply) ||
+           ApplicationMainWindow::onTestAutomationRequest(request, window, reply);
 }
 
 void MainWindow::ExecuteConsoleCommand(String const& command)

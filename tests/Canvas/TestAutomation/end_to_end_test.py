@@ -16,6 +16,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
 import gui_test  # noqa: E402
+import png_reader  # noqa: E402
 
 ARGS = None
 NAME = "APP:Gallery"
@@ -223,6 +224,15 @@ class Gallery(unittest.TestCase):
         close = d.widget_info(ABOUT + "|Close Button")
         self.assertEqual(("224", "86", "80", "22"),
                          (close["x"], close["y"], close["width"], close["height"]))
+        # Every main window saves a frame's bitmap on request: here the About box's, named by
+        # a widget path in it.
+        shot = os.path.join(self.folder.name, "about.png")
+        self.assertEqual({"Handled": "true", "path": shot,
+                          "hierarchy": ABOUT + "|Close Button"},
+                         d.call("appAutomationRequest",
+                                req="SaveScreenShot|%s|%s|Close Button" % (shot, ABOUT)))
+        picture = png_reader.read_png(shot)
+        self.assertEqual(ABOUT_SIZE, (picture.width, picture.height))
         # A second request leaves the open box as it is.
         self.assertEqual("true", d.call("windowAutomationRequest", widget=MAIN,
                                         request="OpenAbout")["opened"])
