@@ -18,15 +18,15 @@ tv_executable(tvdefaults
   DEPS tv_config)
 
 tv_test(tv_config_tests
-  SOURCES tests/TvBase/Util/ConfigFileTest.cpp
+  SOURCES tests/TvBase/Util/ConfigFileTest.cpp tests/support/TempFolder.cpp
   DEPS tv_config)
 
 tv_test(tv_config_durability_tests
-  SOURCES tests/TvBase/Util/ConfigFileDurabilityTest.cpp
+  SOURCES tests/TvBase/Util/ConfigFileDurabilityTest.cpp tests/support/TempFolder.cpp
   DEPS tv_config)
 
 tv_test(tv_config_thread_tests
-  SOURCES tests/TvBase/Util/ConfigFileThreadTest.cpp
+  SOURCES tests/TvBase/Util/ConfigFileThreadTest.cpp tests/support/TempFolder.cpp
   DEPS tv_config
   THREADS)
 
@@ -34,18 +34,19 @@ tv_test(tv_paths_tests
   SOURCES
     tests/TvBase/Util/FilePathTest.cpp
     tests/TvBase/Util/SystemFoldersTest.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_paths)
 
 # The tool's tests run the built program.
 tv_test(tv_tvdefaults_tests
-  SOURCES tests/tools/tvdefaults/TvdefaultsTest.cpp
+  SOURCES tests/tools/tvdefaults/TvdefaultsTest.cpp tests/support/TempFolder.cpp
   DEPS tv_config)
 target_compile_definitions(tv_tvdefaults_tests PRIVATE TVDEFAULTS_PATH="$<TARGET_FILE:tvdefaults>")
 add_dependencies(tv_tvdefaults_tests tvdefaults)
 
 # Products registered with the tool, as the update decision sees them.
 tv_test(tv_tvdefaults_updater_tests
-  SOURCES tests/tools/tvdefaults/RegisterProductsTest.cpp
+  SOURCES tests/tools/tvdefaults/RegisterProductsTest.cpp tests/support/TempFolder.cpp
   DEPS tv_updater tv_config)
 target_compile_definitions(tv_tvdefaults_updater_tests
   PRIVATE TVDEFAULTS_PATH="$<TARGET_FILE:tvdefaults>")

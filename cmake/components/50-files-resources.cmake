@@ -41,6 +41,7 @@ tv_test(tv_files_tests
     tests/TvBase/Util/ResourceManagerTest.cpp
     tests/TvBase/Language/TranslatorTest.cpp
     tests/tools/TvResembedTest.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_files)
 add_dependencies(tv_files_tests tvresembed)
 

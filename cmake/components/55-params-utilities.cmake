@@ -35,6 +35,7 @@ tv_test(tv_controller_tests
     tests/TvBase/Controller/ParamConfigFileTest.cpp
     tests/TvBase/Controller/EnumToBoolTest.cpp
     tests/TvBase/Controller/KeyValueCodingTest.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_controller)
 
 tv_test(tv_utilities_tests

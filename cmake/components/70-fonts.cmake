@@ -22,16 +22,21 @@ tv_test(FontTest
     tests/Canvas/UI/StringWidthCacheTest.cpp
     tests/Canvas/UI/EllipsizeTest.cpp
     tests/Canvas/UI/support/FontTestSupport.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_ui)
 
 tv_test(FontThreadTest THREADS
   SOURCES
     tests/Canvas/UI/FontThreadTest.cpp
     tests/Canvas/UI/support/FontTestSupport.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_ui)
 
 tv_bench(FontBench
-  SOURCES bench/FontBench.cpp tests/Canvas/UI/support/FontTestSupport.cpp
+  SOURCES
+    bench/FontBench.cpp
+    tests/Canvas/UI/support/FontTestSupport.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_ui)
 if(TARGET FontBench)
   target_compile_definitions(FontBench PRIVATE TV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")

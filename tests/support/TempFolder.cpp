@@ -1,9 +1,13 @@
 #include "tests/support/TempFolder.h"
 
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
-#include <sstream>
+#include <stdexcept>
 #include <stdlib.h>
 
 namespace TestSupport
@@ -11,24 +15,26 @@ namespace TestSupport
 
 TempFolder::TempFolder(char const* prefix)
 {
-    std::string pattern = std::string("/tmp/") + prefix + "-XXXXXX";
-    if (mkdtemp(pattern.data()))
-        path = pattern;
+    char const* base = std::getenv("TMPDIR");
+    std::string pattern = std::string(base && *base ? base : "/tmp") + "/" + prefix + "-XXXXXX";
+    if (!mkdtemp(pattern.data()))
+        throw std::runtime_error("cannot make a temporary folder " + pattern + ": " +
+                                 std::strerror(errno));
+    path = pattern;
 }
 
 TempFolder::~TempFolder()
 {
-    if (!path.empty())
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
 }
 
 std::string TempFolder::Write(std::string const& name, std::string const& bytes) const
 {
-    std::string file = path + "/" + name;
-    std::ofstream(file, std::ios::binary) << bytes;
+    std::string const file = *this / name;
+    std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return file;
 }
 
@@ -47,9 +53,7 @@ std::string TempFolder::Snapshot() const
 std::string ReadFile(std::string const& path)
 {
     std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 } // namespace TestSupport

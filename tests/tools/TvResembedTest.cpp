@@ -1,12 +1,14 @@
 #include "TvBase/Util/ResourceManager.h"
 
-#include "tests/detail/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <sys/wait.h>
 
+using TestSupport::ReadFile;
 using TestSupport::TempFolder;
 
 namespace
@@ -90,7 +92,7 @@ TEST(TvResembed, EmptyFolderGivesEmptyResourceFile)
     ASSERT_EQ(0, packer("pack " + quoted(temp / "empty") + " " +
                         quoted(temp / "app/Resources/resources.resembed"))
                      .status);
-    EXPECT_EQ(std::string(1, '\0'), TempFolder::Read(temp / "app/Resources/resources.resembed"));
+    EXPECT_EQ(std::string(1, '\0'), ReadFile(temp / "app/Resources/resources.resembed"));
     Util::ResourceManager resources;
     EXPECT_TRUE(resources.Init(FolderPath((temp / "app").c_str())));
     EXPECT_TRUE(resources.GetFilenames().empty());

@@ -1,6 +1,7 @@
 #include "Canvas/UI/FreeTypeFont.h"
 #include "Canvas/UI/Font.h"
 #include "tests/Canvas/UI/support/FontTestSupport.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include <fstream>
 
 using namespace FontTest;
+using TestSupport::TempFolder;
 
 TEST(FontLookup, ArialResolvesToTheMetricCompatibleFace)
 {
@@ -47,12 +49,12 @@ TEST(FontOpening, FallbackFaceServesWhenTheFirstIsMissing)
 TEST(FontOpening, AFaceThatCannotBeOpenedMeasuresZeroAndDrawsNothing)
 {
     TempFolder folder;
-    std::string const notAFont = folder.File("broken.ttf");
+    std::string const notAFont = folder / "broken.ttf";
     std::ofstream(notAFont) << "this is not a font";
 
     std::vector<UI::FontInfo> infos = {Info("No Such Face Anywhere", 12.0f),
                                        FileInfo(notAFont.c_str(), 12.0f),
-                                       FileInfo(folder.File("missing.ttf").c_str(), 12.0f)};
+                                       FileInfo((folder / "missing.ttf").c_str(), 12.0f)};
     for (UI::FontInfo const& info : infos)
     {
         UI::Font font(nullptr, info);

@@ -2,6 +2,7 @@
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FreeTypeFont.h"
 #include "tests/Canvas/UI/support/FontTestSupport.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +12,7 @@
 #include <sys/time.h>
 
 using namespace FontTest;
+using TestSupport::TempFolder;
 
 namespace
 {
@@ -51,7 +53,7 @@ TEST(StringWidthCacheFile, WidthsSurviveARestart)
     {
         Context canvas;
         canvas.widths.reset(new UI::StringWidthCache(&canvas, folder.Path().c_str()));
-        EXPECT_EQ(FilePath(folder.File("stringCache.dat").c_str()), canvas.widths->GetFilePath());
+        EXPECT_EQ(FilePath((folder / "stringCache.dat").c_str()), canvas.widths->GetFilePath());
         UI::Font font(&canvas, Info("Arial", 11.0f));
         for (char const* word : words)
             measured.push_back(font.GetStringWidth(word));
@@ -59,7 +61,7 @@ TEST(StringWidthCacheFile, WidthsSurviveARestart)
         EXPECT_EQ(6u * 104u, canvas.widths->GetCacheSize());
         canvas.widths.reset(); // saves
     }
-    std::vector<unsigned char> const bytes = readFile(folder.File("stringCache.dat"));
+    std::vector<unsigned char> const bytes = readFile(folder / "stringCache.dat");
     ASSERT_GE(bytes.size(), 12u);
     EXPECT_EQ((std::vector<unsigned char>{0x32, 0x41, 0x13, 0x34, 3, 0, 0, 0, 1, 0, 0, 0}),
               std::vector<unsigned char>(bytes.begin(), bytes.begin() + 12));
@@ -110,7 +112,7 @@ TEST(StringWidthCacheFile, EveryFieldOfTheFontIsKept)
 TEST(StringWidthCacheFile, ForeignOrDamagedFilesReadAsEmpty)
 {
     TempFolder folder;
-    std::string const path = folder.File("stringCache.dat");
+    std::string const path = folder / "stringCache.dat";
     {
         UI::StringWidthCache cache(nullptr, folder.Path().c_str());
         for (unsigned int i = 0; i < 5; ++i)
@@ -142,7 +144,7 @@ TEST(StringWidthCacheFile, ForeignOrDamagedFilesReadAsEmpty)
 TEST(StringWidthCacheFile, AChangedOrMissingFontFileEmptiesTheCache)
 {
     TempFolder fonts, folder;
-    std::string const fontPath = fonts.File("Sans.ttf");
+    std::string const fontPath = fonts / "Sans.ttf";
     copyFile(LiberationSans, fontPath);
     setModifiedTime(fontPath, 1500000000);
     {
@@ -186,20 +188,20 @@ TEST(StringWidthCacheFile, WithoutAFolderTheUsersApplicationDataFolderServes)
     setenv("XDG_DATA_HOME", data.Path().c_str(), 1);
     {
         UI::StringWidthCache cache(nullptr, String());
-        EXPECT_EQ(FilePath(data.File("stringCache.dat").c_str()), cache.GetFilePath());
+        EXPECT_EQ(FilePath((data / "stringCache.dat").c_str()), cache.GetFilePath());
         cache.CacheStringWidth("x", Info("Face", 12.0f), 5);
     }
     if (previous)
         setenv("XDG_DATA_HOME", saved.c_str(), 1);
     else
         unsetenv("XDG_DATA_HOME");
-    EXPECT_FALSE(readFile(data.File("stringCache.dat")).empty());
+    EXPECT_FALSE(readFile(data / "stringCache.dat").empty());
 }
 
 TEST(StringWidthCacheFile, AFolderThatIsMissingIsCreated)
 {
     TempFolder folder;
-    std::string const nested = folder.File("a/b");
+    std::string const nested = folder / "a/b";
     {
         UI::StringWidthCache cache(nullptr, nested.c_str());
         cache.CacheStringWidth("x", Info("Face", 12.0f), 5);

@@ -2,7 +2,7 @@
 
 #include "TvBase/Util/ResourceManager.h"
 
-#include "tests/detail/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "TvBase/Util/Dir.h"
 
-#include "tests/detail/TempFolder.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <unistd.h>
 
+using TestSupport::ReadFile;
 using TestSupport::TempFolder;
 using Util::Dir;
 using Util::Exception::FileIO;
@@ -96,7 +97,7 @@ TEST(DirRemoveRename, EmptyFoldersOnlyAndFailuresThrow)
     full.Rename(FolderPath((temp / "renamed").c_str()));
     EXPECT_FALSE(full.Exists());
     EXPECT_TRUE(dirAt(temp / "renamed").Exists());
-    EXPECT_EQ("x", TempFolder::Read(temp / "renamed/file"));
+    EXPECT_EQ("x", ReadFile(temp / "renamed/file"));
     EXPECT_EQ("rename() failed",
               thrownBy([&] { full.Rename(FolderPath((temp / "again").c_str())); }).GetMessage());
 }

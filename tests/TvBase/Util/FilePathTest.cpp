@@ -3,6 +3,7 @@
 #include "TvBase/Util/detail/PathText.h"
 
 #include "tests/TvBase/Util/detail/TempConfigHome.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -2,12 +2,13 @@
 
 #include "TvBase/Util/ByteStream.h"
 
-#include "tests/detail/TempFolder.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
 using TestSupport::MessageOf;
+using TestSupport::ReadFile;
 using TestSupport::TempFolder;
 using Util::ByteStream;
 using Util::DataStream;
@@ -44,7 +45,7 @@ TEST(FileStreamEncoding, SameBytesAsByteStreamInBothOrders)
         ByteStream reference;
         reference.SetEndianType(endian);
         writeSample(reference);
-        std::string const written = TempFolder::Read(temp / "sample.bin");
+        std::string const written = ReadFile(temp / "sample.bin");
         EXPECT_EQ(Bytes(written.begin(), written.end()), reference.GetBuffer());
 
         FileStream in(path, File::ModeRead);
@@ -97,7 +98,7 @@ TEST(FileStreamEncoding, PositionsAndRawBytes)
     stream.SetPosition(0);
     stream.Write(2, in);
     stream.Close();
-    EXPECT_EQ("ab23456789", TempFolder::Read(temp / "raw.bin"));
+    EXPECT_EQ("ab23456789", ReadFile(temp / "raw.bin"));
 }
 
 TEST(FileStreamErrors, OpenAndCloseFailures)

@@ -1,6 +1,6 @@
 #include "TvBase/Util/File.h"
 
-#include "tests/detail/TempFolder.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <sys/stat.h>
 
+using TestSupport::ReadFile;
 using TestSupport::TempFolder;
 using Util::File;
 using Util::Exception::FileIO;
@@ -61,7 +62,7 @@ TEST(FileOpen, ReadModesKeepOrTruncate)
     file.At(0);
     EXPECT_EQ("xy", readAll(file));
     file.Close();
-    EXPECT_EQ("xy", TempFolder::Read(path));
+    EXPECT_EQ("xy", ReadFile(path));
 }
 
 TEST(FileOpen, WriteModesTruncateAppendOrUpdate)
@@ -73,18 +74,18 @@ TEST(FileOpen, WriteModesTruncateAppendOrUpdate)
     file.Open(File::ModeWrite);
     write(file, "12");
     file.Close();
-    EXPECT_EQ("12", TempFolder::Read(path));
+    EXPECT_EQ("12", ReadFile(path));
 
     file.Open(File::ModeAppend);
     write(file, "34");
     file.Close();
-    EXPECT_EQ("1234", TempFolder::Read(path));
+    EXPECT_EQ("1234", ReadFile(path));
 
     // Read and write with the read bit: the file stays and writes start at the beginning.
     file.Open(File::ModeRead | File::ModeWrite);
     write(file, "ab");
     file.Close();
-    EXPECT_EQ("ab34", TempFolder::Read(path));
+    EXPECT_EQ("ab34", ReadFile(path));
 
     // Read and write without the read bit truncates.
     file.Open(File::ModeReadWrite);
@@ -107,7 +108,7 @@ TEST(FileOpen, AppendCreatesMissingFile)
     file.Open(File::ModeAppend | File::ModeText);
     write(file, "line\n");
     file.Close();
-    EXPECT_EQ("line\n", TempFolder::Read(temp / "new.txt"));
+    EXPECT_EQ("line\n", ReadFile(temp / "new.txt"));
 }
 
 TEST(FileOpen, CreateOnlyFailsOnExistingFile)
@@ -120,7 +121,7 @@ TEST(FileOpen, CreateOnlyFailsOnExistingFile)
     EXPECT_EQ(FileIO::OpenError, e.GetCode());
     EXPECT_EQ(EEXIST, e.GetErrorNumber());
     EXPECT_FALSE(taken.IsOpen());
-    EXPECT_EQ("keep", TempFolder::Read(existing));
+    EXPECT_EQ("keep", ReadFile(existing));
 
     File fresh{FilePath((temp / "fresh.txt").c_str())};
     fresh.Open(File::ModeWrite | File::ModeCreateOnly);
@@ -229,10 +230,10 @@ TEST(FileRename, ReplacesExistingTargetAndReportsFailure)
     FilePath const to(temp.Write("to", "old").c_str());
     File::Rename(from, to);
     EXPECT_FALSE(File(from).Exists());
-    EXPECT_EQ("new", TempFolder::Read(temp / "to"));
+    EXPECT_EQ("new", ReadFile(temp / "to"));
 
     File::Rename(to, FilePath((temp / "moved").c_str()));
-    EXPECT_EQ("new", TempFolder::Read(temp / "moved"));
+    EXPECT_EQ("new", ReadFile(temp / "moved"));
 
     FileIO const e = thrownBy([&] { File::Rename(from, to); });
     EXPECT_EQ("Rename failed", e.GetMessage());
@@ -252,7 +253,7 @@ TEST(FileCopy, CopiesDataModeAndTimes)
 
     FilePath const to((temp / "to").c_str());
     File::Copy(from, to, File::CopyReplace);
-    EXPECT_EQ(std::string(200000, 'q'), TempFolder::Read(temp / "to"));
+    EXPECT_EQ(std::string(200000, 'q'), ReadFile(temp / "to"));
     struct stat info;
     ASSERT_EQ(0, ::stat((temp / "to").c_str(), &info));
     EXPECT_EQ(0640u, info.st_mode & 07777);
@@ -263,7 +264,7 @@ TEST(FileCopy, CopiesDataModeAndTimes)
     // Replacing is fine; the exclusive copy refuses an existing target.
     temp.Write("from", "second");
     File::Copy(from, to, File::CopyReplace);
-    EXPECT_EQ("second", TempFolder::Read(temp / "to"));
+    EXPECT_EQ("second", ReadFile(temp / "to"));
     FileIO const e = thrownBy([&] { File::Copy(from, to, File::CopyExclusive); });
     EXPECT_EQ("CopyFile failed", e.GetMessage());
     EXPECT_EQ(6, e.GetCode());
@@ -306,18 +307,18 @@ TEST(FileRecycle, MovesFileIntoTrashWithRecord)
     File file{FilePath(original.c_str())};
     EXPECT_TRUE(file.Recycle(String()));
     EXPECT_FALSE(file.Exists());
-    EXPECT_EQ("first", TempFolder::Read(dataHome + "/Trash/files/a b.txt"));
-    std::string const record = TempFolder::Read(dataHome + "/Trash/info/a b.txt.trashinfo");
+    EXPECT_EQ("first", ReadFile(dataHome + "/Trash/files/a b.txt"));
+    std::string const record = ReadFile(dataHome + "/Trash/info/a b.txt.trashinfo");
     EXPECT_EQ(0u, record.find("[Trash Info]\nPath="));
     EXPECT_NE(std::string::npos, record.find("/docs/a%20b.txt\nDeletionDate=")) << record;
 
     // A second file of the same name gets a name of its own in the trash.
     temp.Write("docs/a b.txt", "second");
     EXPECT_TRUE(file.Recycle(String()));
-    EXPECT_EQ("first", TempFolder::Read(dataHome + "/Trash/files/a b.txt"));
+    EXPECT_EQ("first", ReadFile(dataHome + "/Trash/files/a b.txt"));
     int seconds = 0;
     for (auto const& entry : std::filesystem::directory_iterator(dataHome + "/Trash/files"))
-        seconds += TempFolder::Read(entry.path().string()) == "second" ? 1 : 0;
+        seconds += ReadFile(entry.path().string()) == "second" ? 1 : 0;
     EXPECT_EQ(1, seconds);
 
     // Nothing to recycle.

@@ -3,11 +3,12 @@
 #include "TvBase/Util/File.h"
 #include "TvBase/Util/detail/ResourceDirectory.h"
 
-#include "tests/detail/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <filesystem>
 #include <unistd.h>
 
 using TestSupport::TempFolder;

@@ -1,13 +1,12 @@
 #include "tests/Canvas/UI/support/FontTestSupport.h"
 
-#include <cstdio>
+#include "tests/support/TempFolder.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <string>
 
-#include <ftw.h>
 #include <stdlib.h>
-#include <unistd.h>
 
 namespace FontTest
 {
@@ -55,26 +54,6 @@ UI::FontCache* Context::GetFontCacheForDrawing(unsigned long& windowId)
         return nullptr;
     windowId = drawingWindow;
     return &fontCache;
-}
-
-TempFolder::TempFolder()
-{
-    char const* base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base && *base ? base : "/tmp") + "/tv-fonts-XXXXXX";
-    std::vector<char> buffer(pattern.begin(), pattern.end());
-    buffer.push_back(0);
-    if (mkdtemp(buffer.data()))
-        path = buffer.data();
-}
-
-TempFolder::~TempFolder()
-{
-    if (path.empty())
-        return;
-    nftw(
-        path.c_str(),
-        [](char const* file, struct stat const*, int, struct FTW*) { return std::remove(file); },
-        16, FTW_DEPTH | FTW_PHYS);
 }
 
 Picture::Picture(int w, int h, unsigned int fill)
@@ -133,7 +112,7 @@ bool WritingReferences()
 
 void IsolateSettings()
 {
-    static TempFolder settings;
+    static TestSupport::TempFolder settings{"tv-fonts"};
     setenv("XDG_CONFIG_HOME", settings.Path().c_str(), 1);
 }
 

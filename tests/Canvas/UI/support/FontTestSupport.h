@@ -46,21 +46,6 @@ public:
     int extraFontRequests = 0;
 };
 
-/// A fresh folder under the temp folder, removed with everything in it at destruction.
-class TempFolder
-{
-public:
-    TempFolder();
-    ~TempFolder();
-    TempFolder(TempFolder const&) = delete;
-    TempFolder& operator=(TempFolder const&) = delete;
-    std::string const& Path() const { return path; }
-    std::string File(char const* name) const { return path + "/" + name; }
-
-private:
-    std::string path;
-};
-
 /// A 32-bit picture for drawing tests: width times height pixels, stride equal to width.
 struct Picture
 {

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "tests/support/TempFolder.h"
+
 #include <cstdlib>
 #include <fstream>
-#include <ftw.h>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace TestSupport
 {
@@ -41,33 +40,6 @@ private:
     std::string name;
     std::string oldValue;
     bool hadOld = false;
-};
-
-/// A fresh folder from mkdtemp, removed with everything in it at the end.
-class TempFolder
-{
-public:
-    TempFolder()
-    {
-        char pattern[] = "/tmp/tvtest-XXXXXX";
-        if (!mkdtemp(pattern))
-            throw std::runtime_error("mkdtemp failed");
-        path = pattern;
-    }
-    ~TempFolder()
-    {
-        nftw(
-            path.c_str(),
-            [](char const* p, struct stat const*, int, struct FTW*) { return ::remove(p); }, 16,
-            FTW_DEPTH | FTW_PHYS);
-    }
-    TempFolder(TempFolder const&) = delete;
-    TempFolder& operator=(TempFolder const&) = delete;
-
-    std::string const& Path() const { return path; }
-
-private:
-    std::string path;
 };
 
 /// Points the settings store at a temporary folder: user settings in `<temp>/user`, the any-user
