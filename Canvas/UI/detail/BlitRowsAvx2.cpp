@@ -71,16 +71,45 @@ struct Avx2
     {
         return _mm256_slli_epi16(v, N);
     }
-    /// Weights in the low byte of each 32-bit lane, spread by byte shuffles over the four 16-bit
-    /// channel lanes of the low and high pixel pairs of each half.
-    static void spreadWeights(I w32, I& lo, I& hi)
+    /// Weights are kept in every byte of their 32-bit lane: from the low byte of each lane...
+    static I weights(I w32)
     {
-        I const toLo = _mm256_setr_epi8(0, -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1, 0,
-                                        -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1);
-        I const toHi = _mm256_setr_epi8(8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1,
-                                        8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1);
-        lo = _mm256_shuffle_epi8(w32, toLo);
-        hi = _mm256_shuffle_epi8(w32, toHi);
+        I const lowByte = _mm256_setr_epi8(0, 0, 0, 0, 4, 4, 4, 4, 8, 8, 8, 8, 12, 12, 12, 12, 0, 0,
+                                           0, 0, 4, 4, 4, 4, 8, 8, 8, 8, 12, 12, 12, 12);
+        return _mm256_shuffle_epi8(w32, lowByte);
+    }
+    /// ...or straight from the alpha byte of the source pixels.
+    static I sourceAlphaWeights(I s)
+    {
+        I const alphaByte =
+            _mm256_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15, 3, 3, 3, 3, 7,
+                             7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15);
+        return _mm256_shuffle_epi8(s, alphaByte);
+    }
+    /// The weight lane that takes the source whole.
+    static I fullWeight() { return _mm256_set1_epi32(-1); }
+    /// The blend kernel, each channel by one multiply-add of a byte pair: the source and the
+    /// destination byte side by side, made signed by flipping their top bit, against w and
+    /// 255 - w. The sum (s - 128) * w + (d - 128) * (255 - w) stays within -32640..32385, so it
+    /// never saturates, and plus 32768 it is s * w + d * (255 - w) + 128 exactly. Adding 32768
+    /// only flips the top bit of the byte kept, so one xor at the end does it for all channels
+    /// and sets the alpha byte to 255 as well.
+    static I blend(I s, I d, I w)
+    {
+        I const highBytes = _mm256_set1_epi32(static_cast<int>(0xFF00FF00u));
+        I const signBits = _mm256_set1_epi32(static_cast<int>(0x80808080u));
+        I const pairWeights = _mm256_xor_si256(w, highBytes); // w, 255 - w, w, 255 - w
+        // Bytes s0 d0 s2 d2 (blue, red) and s1 d1 s3 d3 (green, alpha) of each pixel.
+        I const blueRed = _mm256_xor_si256(select(highBytes, _mm256_slli_epi16(d, 8), s), signBits);
+        I const greenAlpha =
+            _mm256_xor_si256(select(highBytes, d, _mm256_srli_epi16(s, 8)), signBits);
+        I const br = _mm256_maddubs_epi16(pairWeights, blueRed);
+        I const ga = _mm256_maddubs_epi16(pairWeights, greenAlpha);
+        // Blue and red from the high bytes of their sums, green from its sum's high byte where it
+        // already stands, alpha 0 until the xor.
+        I const greenByte = _mm256_set1_epi32(0x0000FF00);
+        I const merged = select(greenByte, ga, _mm256_srli_epi16(br, 8));
+        return _mm256_xor_si256(merged, _mm256_set1_epi32(static_cast<int>(0xFF808080u)));
     }
     static I select(I mask, I a, I b) { return _mm256_blendv_epi8(b, a, mask); }
     static I addsu8(I a, I b) { return _mm256_adds_epu8(a, b); }

@@ -2,38 +2,13 @@
 // SSE2 (four pixels a step) and AVX2 (eight). Included by exactly one file per instruction set,
 // inside an unnamed namespace, so that nothing compiled here is shared between the builds.
 //
-// The blend kernel works per channel in 16-bit lanes: (s * w + d * (255 - w) + 128) >> 8 never
-// carries out of a channel, so it equals the packed red-blue / green form of the reference.
-// The lane operations themselves are the builds' own: each instruction set spreads weights and
-// selects lanes in its cheapest way.
+// The blend kernel and the form in which it takes its weights are the builds' own (`V::blend`,
+// `V::weights`): each instruction set spreads weights and multiplies in its cheapest way.
 // Weights that come from float arithmetic use the same operations in the same order as the
 // reference and round with the processor's round-to-nearest-even, as lrintf does.
 //
 // Each row runs a scalar head until the destination is aligned to the vector width, the vector
 // body, and a scalar tail.
-
-template <class V>
-typename V::I blendLanes(typename V::I s, typename V::I d, typename V::I w32)
-{
-    using I = typename V::I;
-    I const zero = V::zero();
-    I wlo;
-    I whi;
-    V::spreadWeights(w32, wlo, whi);
-    // s * w + d * (255 - w) + 128 == (s - d) * w + (d << 8) + 128 - d. The true value lies in
-    // 0..65535, so computing it modulo 2^16 with one multiply gives it exactly; (d << 8) + 128
-    // comes straight from interleaving d above a byte of 128.
-    I const half = V::set1(0x80808080u);
-    I const slo = V::unpacklo8(s, zero);
-    I const shi = V::unpackhi8(s, zero);
-    I const dlo = V::unpacklo8(d, zero);
-    I const dhi = V::unpackhi8(d, zero);
-    I lo = V::add16(V::mullo16(V::sub16(slo, dlo), wlo), V::sub16(V::unpacklo8(half, d), dlo));
-    I hi = V::add16(V::mullo16(V::sub16(shi, dhi), whi), V::sub16(V::unpackhi8(half, d), dhi));
-    lo = V::template srli16<8>(lo);
-    hi = V::template srli16<8>(hi);
-    return V::or_(V::packus16(lo, hi), V::set1(0xFF000000u));
-}
 
 /// Lanes of `a` where `mask` (whole 32-bit lanes) is set, otherwise of `b`.
 template <class V>
@@ -52,14 +27,14 @@ int headCount(unsigned int const* dst, int count)
     return head < count ? head : count;
 }
 
-/// Composes with weight lanes `a` (0 to 255): 255 takes the source pixel, 0 keeps.
+/// Composes with weights `w` in the build's form (0 to 255): 255 takes the source pixel, 0 keeps.
 template <class V>
-typename V::I composeLanes(typename V::I s, typename V::I d, typename V::I a)
+inline typename V::I composeLanes(typename V::I s, typename V::I d, typename V::I w)
 {
     using I = typename V::I;
-    I const m255 = V::cmpeq32(a, V::set1(255));
-    I const m0 = V::cmpeq32(a, V::zero());
-    I r = blendLanes<V>(s, d, a);
+    I const m255 = V::cmpeq32(w, V::fullWeight());
+    I const m0 = V::cmpeq32(w, V::zero());
+    I r = V::blend(s, d, w);
     r = select<V>(m255, s, r);
     return select<V>(m0, d, r);
 }
@@ -83,7 +58,7 @@ void blendPixelAlphaRowT(unsigned int const* src, unsigned int* dst, int count)
             V::store(dst + x, s);
             continue;
         }
-        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), V::template srli32<24>(s)));
+        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), V::sourceAlphaWeights(s)));
     }
     for (; x < count; ++x)
         dst[x] = ComposePixel(src[x], dst[x], src[x] >> 24);
@@ -105,7 +80,7 @@ void blendScaledRowT(unsigned int const* src, unsigned int* dst, int count, unsi
         I const a = V::cvtps(V::mulps(V::mulps(V::cvtepi32(V::template srli32<24>(s)), k), fa));
         if (V::allSet(V::cmpeq32(a, V::zero())))
             continue;
-        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), a));
+        V::store(dst + x, composeLanes<V>(s, V::load(dst + x), V::weights(a)));
     }
     for (; x < count; ++x)
         dst[x] = ComposePixel(src[x], dst[x], ScaledWeight(src[x], alpha));
@@ -129,7 +104,7 @@ void curveRowT(unsigned int const* src, unsigned int* dst, int count)
         I const d = V::load(dst + x);
         // Lanes at 128 or more take the source color; the doubled weight there is discarded.
         I const high = V::cmpgt32(a, V::set1(127));
-        I const color = select<V>(high, s, blendLanes<V>(s, d, V::template slli32<1>(a)));
+        I const color = select<V>(high, s, V::blend(s, d, V::weights(V::template slli32<1>(a))));
         I const coverage = V::and_(V::maxu8(s, d), alphaMask);
         I const r = V::or_(V::andnot(alphaMask, color), coverage);
         V::store(dst + x, select<V>(m0, d, r));

@@ -63,13 +63,30 @@ struct Sse2
     {
         return _mm_slli_epi16(v, N);
     }
-    /// Weights in the low byte of each 32-bit lane, spread over the four 16-bit channel lanes of
-    /// the low and high pixel pairs.
-    static void spreadWeights(I w32, I& lo, I& hi)
+    /// Weights are kept as they come, in the low byte of each 32-bit lane.
+    static I weights(I w32) { return w32; }
+    static I sourceAlphaWeights(I s) { return _mm_srli_epi32(s, 24); }
+    /// The weight lane that takes the source whole.
+    static I fullWeight() { return _mm_set1_epi32(255); }
+    /// The blend kernel per channel in 16-bit lanes: s * w + d * (255 - w) + 128 is computed as
+    /// (s - d) * w + (d << 8) + 128 - d. The true value lies in 0..65535, so computing it modulo
+    /// 2^16 with one multiply gives it exactly; (d << 8) + 128 comes straight from interleaving d
+    /// above a byte of 128. The result is opaque.
+    static I blend(I s, I d, I w)
     {
-        I const w16 = _mm_or_si128(w32, _mm_slli_epi32(w32, 16));
-        lo = _mm_unpacklo_epi32(w16, w16);
-        hi = _mm_unpackhi_epi32(w16, w16);
+        I const zero = _mm_setzero_si128();
+        I const w16 = _mm_or_si128(w, _mm_slli_epi32(w, 16));
+        I const wlo = _mm_unpacklo_epi32(w16, w16);
+        I const whi = _mm_unpackhi_epi32(w16, w16);
+        I const half = _mm_set1_epi32(static_cast<int>(0x80808080u));
+        I const dlo = _mm_unpacklo_epi8(d, zero);
+        I const dhi = _mm_unpackhi_epi8(d, zero);
+        I lo = _mm_mullo_epi16(_mm_sub_epi16(_mm_unpacklo_epi8(s, zero), dlo), wlo);
+        I hi = _mm_mullo_epi16(_mm_sub_epi16(_mm_unpackhi_epi8(s, zero), dhi), whi);
+        lo = _mm_add_epi16(lo, _mm_sub_epi16(_mm_unpacklo_epi8(half, d), dlo));
+        hi = _mm_add_epi16(hi, _mm_sub_epi16(_mm_unpackhi_epi8(half, d), dhi));
+        I const packed = _mm_packus_epi16(_mm_srli_epi16(lo, 8), _mm_srli_epi16(hi, 8));
+        return _mm_or_si128(packed, _mm_set1_epi32(static_cast<int>(0xFF000000u)));
     }
     static I select(I mask, I a, I b)
     {
