@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -30,12 +31,30 @@ char const* nameOf(SimdLevel level)
     return level == SimdLevel::Avx2 ? "AVX2" : "SSE2";
 }
 
-/// Runs `row` with the scalar kernels and with each vector level over the same random source
-/// and destination rows, for widths 0 to 70 and destination offsets 0 to 8 pixels, and expects
-/// identical destinations.
-void expectSameAsScalar(
-    unsigned int seed,
-    std::function<void(BlitRowKernels const&, unsigned int const*, unsigned int*, int)> const& row)
+using RowFunction =
+    std::function<void(BlitRowKernels const&, unsigned int const*, unsigned int*, int)>;
+
+/// Source pixels in runs of 1 to 40 alike: fully clear, opaque, or random alpha, so that whole
+/// vectors of clear or opaque pixels occur at every offset and some straddle a vector's edge.
+void fillRuns(PixelTestImage& image, std::mt19937& random)
+{
+    int x = 0;
+    while (x < image.stride)
+    {
+        int const run = 1 + static_cast<int>(random() % 40);
+        unsigned int const kind = random() % 3;
+        for (int k = 0; k < run && x < image.stride; ++k, ++x)
+        {
+            unsigned int const alpha = kind == 0 ? 0 : kind == 1 ? 255 : random() & 255;
+            image.at(x, 0) = (alpha << 24) | (random() & 0xFFFFFF);
+        }
+    }
+}
+
+/// Runs `row` with the scalar kernels and with each vector level over the same source and
+/// random destination rows, for widths 0 to 70 and destination offsets 0 to 8 pixels, and
+/// expects identical destinations. Sources are random pixel by pixel, or in runs with `runs`.
+void expectSameAsScalar(unsigned int seed, RowFunction const& row, bool runs = false)
 {
     std::mt19937 random(seed);
     BlitRowKernels const& scalar = UI::detail::GetScalarBlitRowKernels();
@@ -47,7 +66,10 @@ void expectSameAsScalar(
             {
                 PixelTestImage src(width + 3, 1, width + 3, 0);
                 PixelTestImage dst(width + offset, 1, width + offset, 0);
-                src.Randomize(random);
+                if (runs)
+                    fillRuns(src, random);
+                else
+                    src.Randomize(random);
                 dst.Randomize(random);
                 PixelTestImage reference = dst;
                 int const srcOffset = static_cast<int>(random() % 4);
@@ -67,6 +89,88 @@ TEST(BlitSimd, PixelAlphaMatchesScalar)
                        { k.blendPixelAlpha(s, d, n); });
 }
 
+TEST(BlitSimd, PixelAlphaMatchesScalarOverRunsOfClearAndOpaque)
+{
+    expectSameAsScalar(
+        6,
+        [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
+        { k.blendPixelAlpha(s, d, n); },
+        true);
+}
+
+TEST(BlitSimd, PixelAlphaSkipsClearVectorsAndCopiesOpaqueOnes)
+{
+    // 64 pixels: whole vectors of clear, then of opaque source pixels, whatever the width. A
+    // clear source leaves the destination as it was, its alpha byte included; an opaque one is
+    // copied whole. One pixel of alpha 1 or 254 among clear or opaque ones must still blend.
+    std::mt19937 random(7);
+    for (SimdLevel level : vectorLevels())
+    {
+        BlitRowKernels const& vector = UI::detail::GetBlitRowKernels(level);
+        for (unsigned int alpha : {0u, 255u})
+            for (int odd = -1; odd < 64; ++odd)
+            {
+                PixelTestImage src(64, 1, 64, 0);
+                PixelTestImage dst(64, 1, 64, 0);
+                dst.Randomize(random);
+                for (int x = 0; x < 64; ++x)
+                    src.at(x, 0) = (alpha << 24) | (random() & 0xFFFFFF);
+                if (odd >= 0)
+                    src.at(odd, 0) = ((alpha == 0 ? 1u : 254u) << 24) | (src.at(odd, 0) & 0xFFFFFF);
+                PixelTestImage const before = dst;
+                vector.blendPixelAlpha(src.bits(), dst.bits(), 64);
+                for (int x = 0; x < 64; ++x)
+                {
+                    unsigned int const s = src.at(x, 0);
+                    unsigned int const d = before.storage[PixelTestImage::kGuard + x];
+                    unsigned int expected = alpha == 0 ? d : s;
+                    if (x == odd)
+                    {
+                        unsigned int const a = s >> 24;
+                        unsigned int const i = a ^ 255;
+                        unsigned int const rb =
+                            (((s & 0xFF00FF) * a + (d & 0xFF00FF) * i + 0x800080) >> 8) & 0xFF00FF;
+                        unsigned int const g =
+                            (((s & 0xFF00) * a + (d & 0xFF00) * i + 0x8000) >> 8) & 0xFF00;
+                        expected = 0xFF000000 | g | rb;
+                    }
+                    ASSERT_EQ(dst.at(x, 0), expected)
+                        << nameOf(level) << " alpha " << alpha << " odd " << odd << " x " << x;
+                }
+                ASSERT_TRUE(dst.GuardsIntact());
+            }
+    }
+}
+
+TEST(BlitSimd, BlendMatchesScalarForEveryWeightAndChannelPair)
+{
+    // Every source alpha against every pair of source and destination values, in each channel:
+    // the row for alpha `a` and source value `sv` meets destination values 0 to 255 (mirrored or
+    // mixed in the other channels), with varied destination alpha bytes.
+    BlitRowKernels const& scalar = UI::detail::GetScalarBlitRowKernels();
+    std::vector<unsigned int> src(256);
+    std::vector<unsigned int> base(256);
+    std::vector<unsigned int> expected(256);
+    std::vector<unsigned int> actual(256);
+    for (unsigned int dv = 0; dv < 256; ++dv)
+        base[dv] = ((dv * 7 & 255) << 24) | (dv << 16) | ((255 - dv) << 8) | (dv ^ 0x5A);
+    for (SimdLevel level : vectorLevels())
+    {
+        BlitRowKernels const& vector = UI::detail::GetBlitRowKernels(level);
+        for (unsigned int a = 0; a < 256; ++a)
+            for (unsigned int sv = 0; sv < 256; ++sv)
+            {
+                std::fill(src.begin(), src.end(),
+                          (a << 24) | (sv << 16) | ((255 - sv) << 8) | (sv ^ 0x5A));
+                expected = base;
+                actual = base;
+                scalar.blendPixelAlpha(src.data(), expected.data(), 256);
+                vector.blendPixelAlpha(src.data(), actual.data(), 256);
+                ASSERT_EQ(actual, expected) << nameOf(level) << " alpha " << a << " source " << sv;
+            }
+    }
+}
+
 TEST(BlitSimd, ScaledAlphaMatchesScalarAtEveryAlpha)
 {
     for (unsigned int alpha = 0; alpha < 255; ++alpha)
@@ -75,10 +179,26 @@ TEST(BlitSimd, ScaledAlphaMatchesScalarAtEveryAlpha)
                                    int n) { k.blendScaled(s, d, n, alpha); });
 }
 
+TEST(BlitSimd, ScaledAlphaMatchesScalarOverRunsOfClearAndOpaque)
+{
+    // Alphas 1 and 2 round most source alphas to weight 0, so whole vectors are skipped.
+    for (unsigned int alpha : {0u, 1u, 2u, 77u, 128u, 254u})
+        expectSameAsScalar(
+            400 + alpha,
+            [alpha](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
+            { k.blendScaled(s, d, n, alpha); },
+            true);
+}
+
 TEST(BlitSimd, CurveMatchesScalar)
 {
     expectSameAsScalar(2, [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
                        { k.curve(s, d, n); });
+    expectSameAsScalar(
+        8,
+        [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
+        { k.curve(s, d, n); },
+        true);
 }
 
 TEST(BlitSimd, SolidBoxAndFillMatchScalar)
