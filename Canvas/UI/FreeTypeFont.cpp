@@ -126,16 +126,29 @@ unsigned long long groundSum(unsigned int const* row, int left, int right)
     int x = left;
     unsigned long long sum = 0;
 #ifdef __SSE2__
-    // Bytes widened to 16 bits and multiplied pairwise: (blue + 3 green) and (2 red + 0 alpha)
-    // in each 32-bit lane. A lane gains at most 1020 a pixel, no overflow within a row.
-    __m128i const zero = _mm_setzero_si128();
-    __m128i const weights = _mm_set_epi16(0, 2, 3, 1, 0, 2, 3, 1);
+    // Blue and red, then green and alpha, summed in 16-bit lanes over up to 126 pixels a lane
+    // (at most 32130, still positive as a signed lane), then weighted pairwise into 32-bit
+    // lanes: blue + 2 red and 3 green + 0 alpha. A 32-bit lane gains at most 765 a pixel, no
+    // overflow within a row. Two groups of four pixels a step keep two sums going.
+    __m128i const evenBytes = _mm_set1_epi32(0x00FF00FF);
+    __m128i const evenWeights = _mm_set1_epi32(0x00020001);
+    __m128i const oddWeights = _mm_set1_epi32(0x00000003);
     __m128i lanes = _mm_setzero_si128();
-    for (; x + 3 <= right; x += 4)
+    while (x + 7 <= right)
     {
-        __m128i const p = _mm_loadu_si128(reinterpret_cast<__m128i const*>(row + x));
-        lanes = _mm_add_epi32(lanes, _mm_madd_epi16(_mm_unpacklo_epi8(p, zero), weights));
-        lanes = _mm_add_epi32(lanes, _mm_madd_epi16(_mm_unpackhi_epi8(p, zero), weights));
+        int const end = std::min(right - 7, x + 8 * 62);
+        __m128i even[2] = {_mm_setzero_si128(), _mm_setzero_si128()};
+        __m128i odd[2] = {_mm_setzero_si128(), _mm_setzero_si128()};
+        for (; x <= end; x += 8)
+            for (int k = 0; k < 2; ++k)
+            {
+                __m128i const p =
+                    _mm_loadu_si128(reinterpret_cast<__m128i const*>(row + x + 4 * k));
+                even[k] = _mm_add_epi16(even[k], _mm_and_si128(p, evenBytes));
+                odd[k] = _mm_add_epi16(odd[k], _mm_srli_epi16(p, 8));
+            }
+        lanes = _mm_add_epi32(lanes, _mm_madd_epi16(_mm_add_epi16(even[0], even[1]), evenWeights));
+        lanes = _mm_add_epi32(lanes, _mm_madd_epi16(_mm_add_epi16(odd[0], odd[1]), oddWeights));
     }
     unsigned int parts[4];
     _mm_storeu_si128(reinterpret_cast<__m128i*>(parts), lanes);
@@ -239,6 +252,33 @@ struct FreeTypeFont::TextRun
     std::vector<long> pens;
     std::vector<GlyphCoverage const*> coverage;
     std::vector<std::vector<size_t>> neighbours;
+
+    // A text of up to `layerLimit` pixels is drawn in one sweep over its box, row by row, from
+    // a weight for every pixel; larger ones glyph by glyph. A pixel that several glyphs draw
+    // (their mono boxes overlap) takes its first blend in the sweep and the others after it,
+    // in glyph order. Places are offsets into the box, w by the font's height.
+    bool layered = false;
+    // A glyph without mono coverage stops the drawing: the glyphs before it are drawn.
+    bool monoFailed = false;
+    std::vector<unsigned int> firstOffsets;
+    std::vector<unsigned short> firstIndices;
+    std::vector<unsigned int> laterOffsets;
+    std::vector<unsigned short> laterIndices;
+    // The first and last column of each row that has a first blend; first > last when none.
+    std::vector<int> rowFirst;
+    std::vector<int> rowLast;
+    // The weight of each first blend for the gamma and alpha last drawn with, 0 elsewhere.
+    std::vector<unsigned char> weights;
+    double weightGamma = 0.0;
+    int weightAlpha = -1;
+
+    /// About what the run holds, for the measured-text cache's limit.
+    size_t bytes() const
+    {
+        return weights.size() + 6 * (firstOffsets.size() + laterOffsets.size()) +
+               2 * sizeof(int) * rowFirst.size() +
+               (sizeof(GlyphInfo) + sizeof(long) + sizeof(GlyphCoverage const*)) * glyphs.size();
+    }
 };
 
 namespace
@@ -257,6 +297,108 @@ void blendCovered(std::vector<FreeTypeFont::GlyphCoverage::Pixel> const& covered
             detail::blendTextPixel(origin[static_cast<long>(p.y) * stride + p.x], color, weight,
                                    composite);
     }
+}
+
+size_t const layerLimit = 1 << 17;
+// The measured texts of a font keep to this many bytes of drawing data.
+size_t const runCacheLimit = 8 << 20;
+
+/// Fills the drawing data of a run whose glyphs, pens, coverage and neighbours are known; an
+/// overlapping pixel's grey coverage is the largest of all glyphs there.
+void layOutRun(FreeTypeFont::TextRun& run, int ascent, int height)
+{
+    size_t const w = static_cast<size_t>(run.width);
+    size_t const h = static_cast<size_t>(height);
+    if (w * h > layerLimit)
+        return;
+    run.layered = true;
+    std::vector<unsigned short> first(w * h, 0);
+    for (size_t i = 0; i < run.coverage.size(); ++i)
+    {
+        FreeTypeFont::GlyphCoverage const& glyph = *run.coverage[i];
+        CapturedBitmap const& mono = glyph.mono;
+        if (!mono.ok)
+        {
+            run.monoFailed = true;
+            break;
+        }
+        for (int r = 0; r < mono.rows; ++r)
+        {
+            long const y = ascent - mono.top + r;
+            if (y < 0 || y >= height)
+                continue;
+            for (int c = 0; c < mono.width; ++c)
+            {
+                long const x = run.pens[i] + mono.left + c;
+                if (x < 0 || x >= run.width)
+                    continue;
+                int g = glyph.greyAt(mono.left + c, r - mono.top);
+                for (size_t j : run.neighbours[i])
+                    g = std::max(g, run.coverage[j]->greyAt(x - run.pens[j], y - ascent));
+                int const index =
+                    2 * g + (mono.pixels[static_cast<size_t>(r) * mono.width + c] ? 1 : 0);
+                if (index == 0)
+                    continue;
+                size_t const offset = static_cast<size_t>(y) * w + static_cast<size_t>(x);
+                if (first[offset] == 0)
+                {
+                    first[offset] = static_cast<unsigned short>(index);
+                    continue;
+                }
+                run.laterOffsets.push_back(static_cast<unsigned int>(offset));
+                run.laterIndices.push_back(static_cast<unsigned short>(index));
+            }
+        }
+    }
+    run.rowFirst.assign(h, run.width);
+    run.rowLast.assign(h, -1);
+    for (size_t offset = 0; offset < first.size(); ++offset)
+        if (first[offset] != 0)
+        {
+            int const row = static_cast<int>(offset / w);
+            int const column = static_cast<int>(offset % w);
+            run.rowFirst[row] = std::min(run.rowFirst[row], column);
+            run.rowLast[row] = column;
+            run.firstOffsets.push_back(static_cast<unsigned int>(offset));
+            run.firstIndices.push_back(first[offset]);
+        }
+    run.weights.assign(w * h, 0);
+}
+
+/// Draws a laid-out run with its top-left at `left`, `top` into the `drawn` part of the pixels,
+/// with the weight table `weights` made for `gamma` and `alpha`; false when a glyph without
+/// mono coverage stopped it.
+bool blendLayer(FreeTypeFont::TextRun& run, int left, int top, UI::Rect const& drawn,
+                int const* weights, double gamma, unsigned char alpha, unsigned int color,
+                unsigned int* pixels, int stride, detail::CompositeWeights const* composite)
+{
+    if (gamma != run.weightGamma || alpha != run.weightAlpha)
+    {
+        for (size_t k = 0; k < run.firstOffsets.size(); ++k)
+            run.weights[run.firstOffsets[k]] = static_cast<unsigned char>(
+                std::min(std::max(weights[run.firstIndices[k]], 0), 255));
+        run.weightGamma = gamma;
+        run.weightAlpha = alpha;
+    }
+    for (int y = drawn.top; y <= drawn.bottom; ++y)
+    {
+        int const row = y - top;
+        int const first = std::max(drawn.left - left, run.rowFirst[row]);
+        int const last = std::min(drawn.right - left, run.rowLast[row]);
+        if (first <= last)
+            detail::blendTextRow(pixels + static_cast<long>(y) * stride + left + first,
+                                 run.weights.data() + static_cast<size_t>(row) * run.width + first,
+                                 last - first + 1, color, composite);
+    }
+    for (size_t k = 0; k < run.laterOffsets.size(); ++k)
+    {
+        int const x = left + static_cast<int>(run.laterOffsets[k] % run.width);
+        int const y = top + static_cast<int>(run.laterOffsets[k] / run.width);
+        if (x >= drawn.left && x <= drawn.right && y >= drawn.top && y <= drawn.bottom)
+            detail::blendTextPixel(pixels[static_cast<long>(y) * stride + x], color,
+                                   weights[run.laterIndices[k]], composite);
+    }
+    return !run.monoFailed;
 }
 
 } // namespace
@@ -657,9 +799,10 @@ void FreeTypeFont::buildTextRun(String const& text, TextRun& run)
                 run.neighbours[i].push_back(j);
         }
     }
+    layOutRun(run, ascent, height);
 }
 
-FreeTypeFont::TextRun const& FreeTypeFont::getTextRun(String const& text)
+FreeTypeFont::TextRun& FreeTypeFont::getTextRun(String const& text)
 {
     auto const found = runCache.find(text);
     if (found != runCache.end())
@@ -673,9 +816,13 @@ FreeTypeFont::TextRun const& FreeTypeFont::getTextRun(String const& text)
             scratchRun = run;
             return *scratchRun;
         }
-    if (runCache.size() >= 512)
+    if (runCache.size() >= 512 || runCacheBytes + run->bytes() > runCacheLimit)
+    {
         runCache.clear();
+        runCacheBytes = 0;
+    }
     runCache[text] = run;
+    runCacheBytes += run->bytes();
     return *run;
 }
 
@@ -689,7 +836,7 @@ UI::Rect FreeTypeFont::renderTextToBits(UI::Point const& point, String const& te
     glyphs.clear();
     if (!pixels || !valid || text.IsEmpty())
         return UI::Rect();
-    TextRun const& run = getTextRun(text);
+    TextRun& run = getTextRun(text);
     glyphs = run.glyphs;
     Layout layout;
     if (!placeLayout(point, run.width, clip, size, hAlign, vAlign, box, layout) || run.greyFailed)
@@ -699,6 +846,14 @@ UI::Rect FreeTypeFont::renderTextToBits(UI::Point const& point, String const& te
     int const* const weights = getWeightTable(gamma, alpha);
     detail::CompositeWeights const* const composite = detail::compositeWeightTable();
     UI::Rect const& drawn = layout.drawn;
+    if (run.layered)
+    {
+        if (!blendLayer(run, layout.x, layout.y, drawn, weights, gamma, alpha, color, pixels,
+                        stride, composite))
+            return UI::Rect();
+        drawUnderline(layout, color, alpha, pixels, stride);
+        return layout.drawn;
+    }
     for (size_t i = 0; i < run.glyphs.size(); ++i)
     {
         GlyphCoverage const& glyph = *run.coverage[i];

@@ -96,7 +96,9 @@ public:
     /// text, probes the background under it for the gamma, blends the grey and mono coverage
     /// of each glyph and adds the underline. Glyph coverage comes from a per-font cache, so a
     /// repeated glyph is never loaded or rendered again, and a text drawn again isn't measured
-    /// again (the last 512 texts are kept). `glyphs` receives the measured glyphs.
+    /// again (the last 512 texts are kept): it is blended row by row from a weight for each
+    /// pixel of its box, worked out again only when the gamma or alpha changes. `glyphs`
+    /// receives the measured glyphs.
     UI::Rect renderTextToBits(UI::Point const& point, String const& text, unsigned int color,
                               unsigned char alpha, UI::Rect const& clip, unsigned int* pixels,
                               int stride, UI::Size const& size, HAlignment hAlign,
@@ -139,7 +141,7 @@ private:
                      HAlignment hAlign, VAlignment vAlign, UI::Rect const& box,
                      Layout& layout) const;
     void buildTextRun(String const& text, TextRun& run);
-    TextRun const& getTextRun(String const& text);
+    TextRun& getTextRun(String const& text);
     bool layoutText(UI::Point const& point, String const& text, UI::Rect const& clip,
                     UI::Size const& size, HAlignment hAlign, VAlignment vAlign, UI::Rect const& box,
                     std::vector<GlyphInfo>& glyphs, Layout& layout);
@@ -160,9 +162,11 @@ private:
     bool kerning = false;
     freetype_glyph_cache glyphCache;
     std::map<unsigned int, boost::shared_ptr<GlyphCoverage>> coverageCache;
-    // Measured texts by their text, up to 512, and the last one that can't be kept.
+    // Measured texts by their text, up to 512 of them and 8 MB of drawing data (counted in
+    // `runCacheBytes`), and the last one that can't be kept.
     std::unordered_map<String, boost::shared_ptr<TextRun>> runCache;
     boost::shared_ptr<TextRun> scratchRun;
+    size_t runCacheBytes = 0;
     // Pixel weights by grey and mono coverage for the last gamma and alpha drawn with.
     std::vector<int> weightTable;
     double weightGamma = 0.0;

@@ -133,7 +133,8 @@ TEST(FontCoverageCache, DrawsExactlyWhatTheTwoPassRendererDraws)
                                   "ber \xE2\x82\xAC 5"),
                                  "a\xE4\xB8\x80z",
                                  "WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW",
-                                 "i"};
+                                 "i",
+                                 "ff fi ffl Wf/j"};
     char const* const files[] = {LiberationSans, LiberationSerif, LiberationSansBold, boldItalic};
     for (int round = 0; round < 60; ++round)
     {
@@ -157,7 +158,7 @@ TEST(FontCoverageCache, DrawsExactlyWhatTheTwoPassRendererDraws)
         UI::HAlignment const hAlign = static_cast<UI::HAlignment>(random() % 3);
         UI::VAlignment const vAlign = static_cast<UI::VAlignment>(random() % 3);
         UI::Rect const box = round % 2 ? UI::Rect(5, 140, 3, 36) : UI::Rect();
-        char const* text = texts[round % 7];
+        char const* text = texts[round % 8];
 
         // Twice through the cached path: a cold and a warm coverage cache.
         for (int pass = 0; pass < 2; ++pass)
@@ -172,6 +173,85 @@ TEST(FontCoverageCache, DrawsExactlyWhatTheTwoPassRendererDraws)
                                       cached.Size(), hAlign, vAlign, box, glyphs);
             ASSERT_EQ(a, b) << "round " << round;
             ASSERT_EQ(0, countDifferences(reference, cached)) << "round " << round;
+        }
+    }
+}
+
+TEST(FontCoverageCache, LongTextsAndOverlappingGlyphsDrawWhatTheTwoPassRendererDraws)
+{
+    // A text too large to draw in one sweep is drawn glyph by glyph; italic glyphs reach into
+    // their neighbours, so some pixels are blended twice.
+    std::string longText;
+    for (int i = 0; i < 40; ++i)
+        longText += "WAVE fjord ";
+    struct Case
+    {
+        char const* file;
+        float size;
+        std::string text;
+    } const cases[] = {{LiberationSans, 24.0f, longText},
+                       {boldItalic, 22.0f, "fjffjf /j/f Wf Tj"},
+                       {boldItalic, 9.0f, "fjffjf /j/f Wf Tj"}};
+    for (Case const& c : cases)
+        for (int antiAliasMode = 0; antiAliasMode < 3; ++antiAliasMode)
+        {
+            UI::FreeTypeFont font(nullptr, FileInfo(c.file, c.size, antiAliasMode, 1));
+            ASSERT_TRUE(font.IsValid());
+            for (unsigned int const ground : {0xFFF4F0E8u, 0x00000000u})
+            {
+                Picture reference(300, 40, ground), cached = reference;
+                std::vector<UI::GlyphInfo> glyphs;
+                UI::Rect const a = font.renderTextToBitsUncached(
+                    UI::Point(-30, 3), c.text.c_str(), 0xFF2040A0, 200, reference.Bounds(),
+                    reference.Bits(), reference.width, reference.Size(), UI::HAlignLeft,
+                    UI::VAlignTop, UI::Rect(), glyphs);
+                UI::Rect const b = font.renderTextToBits(
+                    UI::Point(-30, 3), c.text.c_str(), 0xFF2040A0, 200, cached.Bounds(),
+                    cached.Bits(), cached.width, cached.Size(), UI::HAlignLeft, UI::VAlignTop,
+                    UI::Rect(), glyphs);
+                ASSERT_FALSE(a.IsEmpty());
+                ASSERT_EQ(a, b) << c.size << " " << antiAliasMode;
+                ASSERT_EQ(0, countDifferences(reference, cached)) << c.size << " " << antiAliasMode;
+            }
+        }
+}
+
+TEST(FontComposite, RowBlendMatchesThePixelByPixelBlend)
+{
+    // Weights with runs of 0 and 255 as glyph edges have, over opaque, transparent and mixed
+    // grounds, at every row length and start around the four-pixel steps.
+    std::mt19937 random(7741);
+    UI::detail::CompositeWeights const* const table = UI::detail::compositeWeightTable();
+    for (int round = 0; round < 400; ++round)
+    {
+        int const count = static_cast<int>(random() % 40);
+        int const start = static_cast<int>(random() % 4);
+        std::vector<unsigned char> weights(count + start);
+        for (unsigned char& w : weights)
+        {
+            unsigned int const kind = random() % 4;
+            w = kind == 0 ? 0 : kind == 1 ? 255 : static_cast<unsigned char>(random());
+        }
+        std::vector<unsigned int> ground(count + start);
+        for (unsigned int& p : ground)
+        {
+            p = random();
+            if (round % 3 == 0 || (round % 3 == 1 && random() % 8 != 0))
+                p |= 0xFF000000u;
+        }
+        unsigned int const color = random() | (round % 5 == 0 ? 0u : 0xFF000000u);
+        std::vector<unsigned int> scalar = ground, vector = ground;
+        UI::detail::blendTextRowScalar(scalar.data() + start, weights.data() + start, count, color,
+                                       table);
+        UI::detail::blendTextRow(vector.data() + start, weights.data() + start, count, color,
+                                 table);
+        ASSERT_EQ(scalar, vector) << "round " << round;
+        for (int i = 0; i < count; ++i)
+        {
+            if (weights[start + i] == 0)
+                ASSERT_EQ(ground[start + i], vector[start + i]);
+            if (weights[start + i] == 255)
+                ASSERT_EQ(color, vector[start + i]);
         }
     }
 }
