@@ -249,9 +249,13 @@ TEST(FontComposite, RowBlendMatchesThePixelByPixelBlend)
         for (int i = 0; i < count; ++i)
         {
             if (weights[start + i] == 0)
+            {
                 ASSERT_EQ(ground[start + i], vector[start + i]);
+            }
             if (weights[start + i] == 255)
+            {
                 ASSERT_EQ(color, vector[start + i]);
+            }
         }
     }
 }
