@@ -2,7 +2,8 @@
 //   - GetStringWidth served by the width cache against measuring the same text (cold);
 //   - drawing a 60-character line at 13 px from the glyph coverage cache, against loading and
 //     rendering the same glyphs with FreeType directly, and against the two-pass renderer as
-//     first written.
+//     first written; and the same cached drawing with an alpha that changes at every draw, so
+//     that the weights are worked out again each time.
 // Items per second are glyphs for the drawing benchmarks.
 
 #include "Canvas/UI/Font.h"
@@ -62,6 +63,23 @@ void RenderCached(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * 60);
 }
 BENCHMARK(RenderCached);
+
+void RenderCachedChangingAlpha(benchmark::State& state)
+{
+    UI::FreeTypeFont font(nullptr, FileInfo(LiberationSans, 13.0f, 2, 1));
+    Picture picture(400, 20, 0xFFFFFFFF);
+    std::vector<UI::GlyphInfo> glyphs;
+    unsigned char alpha = 255;
+    for (auto _ : state)
+    {
+        font.renderTextToBits(UI::Point(0, 2), line60, 0xFF000000, alpha, picture.Bounds(),
+                              picture.Bits(), picture.width, picture.Size(), UI::HAlignLeft,
+                              UI::VAlignTop, UI::Rect(), glyphs);
+        alpha = alpha == 255 ? 254 : 255;
+    }
+    state.SetItemsProcessed(state.iterations() * 60);
+}
+BENCHMARK(RenderCachedChangingAlpha);
 
 void RenderUncached(benchmark::State& state)
 {

@@ -711,15 +711,23 @@ bool FreeTypeFont::layoutText(UI::Point const& point, String const& text, UI::Re
 
 int const* FreeTypeFont::getWeightTable(double gamma, unsigned char alpha)
 {
-    if (weightTable.empty() || gamma != weightGamma || alpha != weightAlpha)
+    // The powers depend on the gamma alone: a fade, which changes only the alpha, scales them.
+    bool const newGamma = strengthTable.empty() || gamma != weightGamma;
+    if (newGamma)
     {
-        weightTable.resize(512);
+        strengthTable.resize(512);
         for (int g = 0; g < 256; ++g)
         {
-            weightTable[2 * g] = detail::textPixelWeight(g, 0, mixFactor, gamma, alpha);
-            weightTable[2 * g + 1] = detail::textPixelWeight(g, 255, mixFactor, gamma, alpha);
+            strengthTable[2 * g] = detail::textPixelStrength(g, 0, mixFactor, gamma);
+            strengthTable[2 * g + 1] = detail::textPixelStrength(g, 255, mixFactor, gamma);
         }
         weightGamma = gamma;
+    }
+    if (newGamma || alpha != weightAlpha)
+    {
+        weightTable.resize(512);
+        for (size_t i = 0; i < weightTable.size(); ++i)
+            weightTable[i] = detail::scaleTextPixelStrength(strengthTable[i], alpha);
         weightAlpha = alpha;
     }
     return weightTable.data();

@@ -167,8 +167,10 @@ private:
     std::unordered_map<String, boost::shared_ptr<TextRun>> runCache;
     boost::shared_ptr<TextRun> scratchRun;
     size_t runCacheBytes = 0;
-    // Pixel weights by grey and mono coverage for the last gamma and alpha drawn with.
+    // Pixel weights by grey and mono coverage for the last gamma and alpha drawn with, and
+    // the same before the alpha.
     std::vector<int> weightTable;
+    std::vector<double> strengthTable;
     double weightGamma = 0.0;
     int weightAlpha = -1;
 };

@@ -164,13 +164,25 @@ inline void blendTextRow(unsigned int* row, unsigned char const* weights, int co
     blendTextRowScalar(row + i, weights + i, count - i, color, table);
 }
 
+/// The strength 0..255 of one text pixel: grey coverage `g` and mono coverage `m` (0 or 255)
+/// mixed by `mix` and bent by `gamma`.
+inline double textPixelStrength(int g, int m, float mix, double gamma)
+{
+    float const v = (static_cast<float>(g - m) * mix + static_cast<float>(m)) * 0.003921569f;
+    return std::rint(std::pow(static_cast<double>(v), gamma) * 255.0);
+}
+
+/// A strength scaled by `alpha`: the pixel's weight.
+inline int scaleTextPixelStrength(double strength, unsigned char alpha)
+{
+    return static_cast<int>(std::rint(strength * alpha / 255.0));
+}
+
 /// The weight of one text pixel: grey coverage `g` and mono coverage `m` (0 or 255) mixed by
 /// `mix`, bent by `gamma` and scaled by `alpha`.
 inline int textPixelWeight(int g, int m, float mix, double gamma, unsigned char alpha)
 {
-    float const v = (static_cast<float>(g - m) * mix + static_cast<float>(m)) * 0.003921569f;
-    double const c = std::rint(std::pow(static_cast<double>(v), gamma) * 255.0);
-    return static_cast<int>(std::rint(c * alpha / 255.0));
+    return scaleTextPixelStrength(textPixelStrength(g, m, mix, gamma), alpha);
 }
 
 } // namespace detail

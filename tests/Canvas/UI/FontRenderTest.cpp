@@ -216,6 +216,28 @@ TEST(FontCoverageCache, LongTextsAndOverlappingGlyphsDrawWhatTheTwoPassRendererD
         }
 }
 
+TEST(FontCoverageCache, AFadeDrawsWhatTheTwoPassRendererDrawsAtEveryStep)
+{
+    // The same text again and again with the alpha stepping and the ground changing between
+    // two: the weights kept from the draw before must follow.
+    UI::FreeTypeFont font(nullptr, FileInfo(LiberationSans, 12.0f, 2, 1));
+    ASSERT_TRUE(font.IsValid());
+    for (int step = 0; step < 24; ++step)
+    {
+        unsigned char const alpha = static_cast<unsigned char>(255 - step * 11);
+        unsigned int const ground = step % 6 < 3 ? 0xFFFFFFFFu : 0xFF203040u;
+        Picture reference(120, 20, ground), cached = reference;
+        std::vector<UI::GlyphInfo> glyphs;
+        font.renderTextToBitsUncached(
+            UI::Point(2, 2), "Fading out", 0xFFE0C020, alpha, reference.Bounds(), reference.Bits(),
+            reference.width, reference.Size(), UI::HAlignLeft, UI::VAlignTop, UI::Rect(), glyphs);
+        font.renderTextToBits(UI::Point(2, 2), "Fading out", 0xFFE0C020, alpha, cached.Bounds(),
+                              cached.Bits(), cached.width, cached.Size(), UI::HAlignLeft,
+                              UI::VAlignTop, UI::Rect(), glyphs);
+        ASSERT_EQ(0, countDifferences(reference, cached)) << "step " << step;
+    }
+}
+
 TEST(FontComposite, RowBlendMatchesThePixelByPixelBlend)
 {
     // Weights with runs of 0 and 255 as glyph edges have, over opaque, transparent and mixed
