@@ -86,8 +86,14 @@ struct Avx2
                              7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15);
         return _mm256_shuffle_epi8(s, alphaByte);
     }
-    /// The weight lane that takes the source whole.
-    static I fullWeight() { return _mm256_set1_epi32(-1); }
+    /// `blended` where the weight is 1 to 254; the source pixel where it is 255, the destination
+    /// pixel where it is 0. With the weight in every byte, those two lanes are the ones equal to
+    /// their own sign (-1 or 0), and the top bit of each byte tells them apart.
+    static I takeEnds(I s, I d, I w, I blended)
+    {
+        I const ends = _mm256_cmpeq_epi32(w, _mm256_srai_epi32(w, 31));
+        return _mm256_blendv_epi8(blended, _mm256_blendv_epi8(d, s, w), ends);
+    }
     /// The blend kernel, each channel by one multiply-add of a byte pair: the source and the
     /// destination byte side by side, made signed by flipping their top bit, against w and
     /// 255 - w. The sum (s - 128) * w + (d - 128) * (255 - w) stays within -32640..32385, so it

@@ -31,12 +31,7 @@ int headCount(unsigned int const* dst, int count)
 template <class V>
 inline typename V::I composeLanes(typename V::I s, typename V::I d, typename V::I w)
 {
-    using I = typename V::I;
-    I const m255 = V::cmpeq32(w, V::fullWeight());
-    I const m0 = V::cmpeq32(w, V::zero());
-    I r = V::blend(s, d, w);
-    r = select<V>(m255, s, r);
-    return select<V>(m0, d, r);
+    return V::takeEnds(s, d, w, V::blend(s, d, w));
 }
 
 template <class V>

@@ -66,8 +66,14 @@ struct Sse2
     /// Weights are kept as they come, in the low byte of each 32-bit lane.
     static I weights(I w32) { return w32; }
     static I sourceAlphaWeights(I s) { return _mm_srli_epi32(s, 24); }
-    /// The weight lane that takes the source whole.
-    static I fullWeight() { return _mm_set1_epi32(255); }
+    /// `blended` where the weight is 1 to 254; the source pixel where it is 255, the destination
+    /// pixel where it is 0.
+    static I takeEnds(I s, I d, I w, I blended)
+    {
+        I const full = _mm_cmpeq_epi32(w, _mm_set1_epi32(255));
+        I const none = _mm_cmpeq_epi32(w, _mm_setzero_si128());
+        return select(none, d, select(full, s, blended));
+    }
     /// The blend kernel per channel in 16-bit lanes: s * w + d * (255 - w) + 128 is computed as
     /// (s - d) * w + (d << 8) + 128 - d. The true value lies in 0..65535, so computing it modulo
     /// 2^16 with one multiply gives it exactly; (d << 8) + 128 comes straight from interleaving d

@@ -146,7 +146,9 @@ TEST(BlitSimd, BlendMatchesScalarForEveryWeightAndChannelPair)
 {
     // Every source alpha against every pair of source and destination values, in each channel:
     // the row for alpha `a` and source value `sv` meets destination values 0 to 255 (mirrored or
-    // mixed in the other channels), with varied destination alpha bytes.
+    // mixed in the other channels), with varied destination alpha bytes. One pixel in eight, at one
+    // of two places in turn, has alpha 128: no vector is then all clear or all opaque, and
+    // alphas 0 and 255 go through the blending lanes rather than the whole-vector skips.
     BlitRowKernels const& scalar = UI::detail::GetScalarBlitRowKernels();
     std::vector<unsigned int> src(256);
     std::vector<unsigned int> base(256);
@@ -158,10 +160,13 @@ TEST(BlitSimd, BlendMatchesScalarForEveryWeightAndChannelPair)
     {
         BlitRowKernels const& vector = UI::detail::GetBlitRowKernels(level);
         for (unsigned int a = 0; a < 256; ++a)
-            for (unsigned int sv = 0; sv < 256; ++sv)
+            for (unsigned int sv = 0; sv < 512; ++sv)
             {
-                std::fill(src.begin(), src.end(),
-                          (a << 24) | (sv << 16) | ((255 - sv) << 8) | (sv ^ 0x5A));
+                unsigned int const color =
+                    ((sv & 255) << 16) | ((255 - (sv & 255)) << 8) | ((sv & 255) ^ 0x5A);
+                std::fill(src.begin(), src.end(), (a << 24) | color);
+                for (std::size_t k = sv < 256 ? 0 : 7; k < src.size(); k += 8)
+                    src[k] = 0x80000000 | color;
                 expected = base;
                 actual = base;
                 scalar.blendPixelAlpha(src.data(), expected.data(), 256);
