@@ -36,7 +36,6 @@ struct Avx2
     static F set1ps(float v) { return _mm256_set1_ps(v); }
     static I and_(I a, I b) { return _mm256_and_si256(a, b); }
     static I or_(I a, I b) { return _mm256_or_si256(a, b); }
-    static I xor_(I a, I b) { return _mm256_xor_si256(a, b); }
     /// ~a & b.
     static I andnot(I a, I b) { return _mm256_andnot_si256(a, b); }
     static I cmpeq32(I a, I b) { return _mm256_cmpeq_epi32(a, b); }
@@ -59,18 +58,9 @@ struct Avx2
     // Unpacks and packs work within each 128-bit half; used in pairs they keep pixel order.
     static I unpacklo8(I a, I b) { return _mm256_unpacklo_epi8(a, b); }
     static I unpackhi8(I a, I b) { return _mm256_unpackhi_epi8(a, b); }
-    static I unpacklo32(I a, I b) { return _mm256_unpacklo_epi32(a, b); }
-    static I unpackhi32(I a, I b) { return _mm256_unpackhi_epi32(a, b); }
     static I packus16(I a, I b) { return _mm256_packus_epi16(a, b); }
     static I mullo16(I a, I b) { return _mm256_mullo_epi16(a, b); }
     static I mulhiu16(I a, I b) { return _mm256_mulhi_epu16(a, b); }
-    static I add16(I a, I b) { return _mm256_add_epi16(a, b); }
-    static I sub16(I a, I b) { return _mm256_sub_epi16(a, b); }
-    template <int N>
-    static I slli16(I v)
-    {
-        return _mm256_slli_epi16(v, N);
-    }
     /// Weights are kept in every byte of their 32-bit lane: from the low byte of each lane...
     static I weights(I w32)
     {

@@ -29,7 +29,6 @@ struct Sse2
     static F set1ps(float v) { return _mm_set1_ps(v); }
     static I and_(I a, I b) { return _mm_and_si128(a, b); }
     static I or_(I a, I b) { return _mm_or_si128(a, b); }
-    static I xor_(I a, I b) { return _mm_xor_si128(a, b); }
     /// ~a & b.
     static I andnot(I a, I b) { return _mm_andnot_si128(a, b); }
     static I cmpeq32(I a, I b) { return _mm_cmpeq_epi32(a, b); }
@@ -51,18 +50,9 @@ struct Sse2
     }
     static I unpacklo8(I a, I b) { return _mm_unpacklo_epi8(a, b); }
     static I unpackhi8(I a, I b) { return _mm_unpackhi_epi8(a, b); }
-    static I unpacklo32(I a, I b) { return _mm_unpacklo_epi32(a, b); }
-    static I unpackhi32(I a, I b) { return _mm_unpackhi_epi32(a, b); }
     static I packus16(I a, I b) { return _mm_packus_epi16(a, b); }
     static I mullo16(I a, I b) { return _mm_mullo_epi16(a, b); }
     static I mulhiu16(I a, I b) { return _mm_mulhi_epu16(a, b); }
-    static I add16(I a, I b) { return _mm_add_epi16(a, b); }
-    static I sub16(I a, I b) { return _mm_sub_epi16(a, b); }
-    template <int N>
-    static I slli16(I v)
-    {
-        return _mm_slli_epi16(v, N);
-    }
     /// Weights are kept as they come, in the low byte of each 32-bit lane.
     static I weights(I w32) { return w32; }
     static I sourceAlphaWeights(I s) { return _mm_srli_epi32(s, 24); }
