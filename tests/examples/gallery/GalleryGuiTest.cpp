@@ -13,16 +13,6 @@
 namespace
 {
 
-#define REQUIRE_DISPLAY_AND_XDOTOOL()                                                              \
-    do                                                                                             \
-    {                                                                                              \
-        std::string reason;                                                                        \
-        if (!UI::Test::EnsureDisplay(reason))                                                      \
-            GTEST_SKIP() << "no display: " << reason;                                              \
-        if (UI::Test::Run("command -v xdotool >/dev/null 2>&1") != 0)                              \
-            GTEST_SKIP() << "xdotool is not installed";                                            \
-    } while (false)
-
 /// Starts the gallery with its settings in `home`, waits (bounded) for its window, runs the
 /// xdotool `actions` with WINDOW set to the window id, then waits (bounded) until the output
 /// holds a line starting with `until`, and ends the gallery. Returns the gallery's output.

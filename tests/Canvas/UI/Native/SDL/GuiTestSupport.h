@@ -32,3 +32,14 @@ std::vector<unsigned int> GrabScreen(Rect const& rect);
 
 } // namespace Test
 } // namespace UI
+
+/// Skips the running test (GoogleTest) unless a display can be opened and xdotool is installed.
+#define REQUIRE_DISPLAY_AND_XDOTOOL()                                                              \
+    do                                                                                             \
+    {                                                                                              \
+        std::string reason;                                                                        \
+        if (!UI::Test::EnsureDisplay(reason))                                                      \
+            GTEST_SKIP() << "no display: " << reason;                                              \
+        if (UI::Test::Run("command -v xdotool >/dev/null 2>&1") != 0)                              \
+            GTEST_SKIP() << "xdotool is not installed";                                            \
+    } while (false)

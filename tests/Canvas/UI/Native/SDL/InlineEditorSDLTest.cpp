@@ -26,16 +26,6 @@ using UI::Native::PlatformSupportFactory;
 namespace
 {
 
-#define REQUIRE_DISPLAY_AND_XDOTOOL()                                                              \
-    do                                                                                             \
-    {                                                                                              \
-        std::string reason;                                                                        \
-        if (!UI::Test::EnsureDisplay(reason))                                                      \
-            GTEST_SKIP() << "no display: " << reason;                                              \
-        if (UI::Test::Run("command -v xdotool >/dev/null 2>&1") != 0)                              \
-            GTEST_SKIP() << "xdotool is not installed";                                            \
-    } while (false)
-
 class Backdrop : public UI::Window
 {
 public:
