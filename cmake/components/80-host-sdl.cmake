@@ -39,6 +39,7 @@ tv_test(tv_host_gui_tests
   SOURCES
     tests/Canvas/UI/Native/SDL/HostWindowSDLTest.cpp
     tests/Canvas/UI/Native/SDL/GuiTestSupport.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_ui tv_config PkgConfig::SDL2
   THREADS)
 target_compile_definitions(tv_host_gui_tests

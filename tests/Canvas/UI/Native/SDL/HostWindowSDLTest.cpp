@@ -14,6 +14,7 @@
 #include "Canvas/UI/Window.h"
 #include "TvBase/Util/ConfigFile.h"
 #include "tests/Canvas/UI/Native/SDL/GuiTestSupport.h"
+#include "tests/TvBase/Util/detail/TempConfigHome.h"
 
 #include <gtest/gtest.h>
 
@@ -136,34 +137,6 @@ std::string xdotool(std::string const& args)
     return "xdotool " + args + " >/dev/null 2>&1";
 }
 
-/// A unique settings folder for one test; removed at the end.
-struct TempConfigHome
-{
-    std::string path;
-    std::string saved;
-    bool hadSaved = false;
-
-    TempConfigHome()
-    {
-        char pattern[] = "/tmp/tv-host-test-XXXXXX";
-        path = mkdtemp(pattern);
-        if (char const* old = std::getenv("XDG_CONFIG_HOME"))
-        {
-            saved = old;
-            hadSaved = true;
-        }
-        setenv("XDG_CONFIG_HOME", path.c_str(), 1);
-    }
-    ~TempConfigHome()
-    {
-        if (hadSaved)
-            setenv("XDG_CONFIG_HOME", saved.c_str(), 1);
-        else
-            unsetenv("XDG_CONFIG_HOME");
-        UI::Test::Run("rm -rf '" + path + "'");
-    }
-};
-
 } // namespace
 
 // ---- pixels
@@ -267,7 +240,7 @@ TEST(HostWindowSDLInput, ClicksAndKeysReachTheWindowUnderThePointer)
 TEST(HostWindowSDLGeometry, IsKeptAcrossTwoRunsOfAProgram)
 {
     REQUIRE_DISPLAY();
-    TempConfigHome home;
+    TestSupport::TempConfigHome home;
     // SDL's D-Bus buffer outlives the program; a sanitizer build's leak check would fail it.
     std::string const demo = "ASAN_OPTIONS=detect_leaks=0 " + std::string(TV_HOSTWINDOW_DEMO_PATH) +
                              " --domain com.tavorin.hostwindowtest --name Kept";
@@ -284,7 +257,7 @@ TEST(HostWindowSDLGeometry, IsKeptAcrossTwoRunsOfAProgram)
 TEST(HostWindowSDLGeometry, ABadSavedRectIsIgnoredAndNoConfigWritesNothing)
 {
     REQUIRE_DISPLAY();
-    TempConfigHome home;
+    TestSupport::TempConfigHome home;
     Util::ConfigFile config("com.tavorin.hostwindowtest2");
     config.SetString("HostWindowGeometry/Bad.Geometry", "[(300,40)-(100,80) -199x41]");
     config.SetString("HostWindowGeometry/Text.Geometry", "not a rect");
@@ -312,7 +285,7 @@ TEST(HostWindowSDLGeometry, ABadSavedRectIsIgnoredAndNoConfigWritesNothing)
 TEST(HostWindowSDLGeometry, MinimumClientSizeClampsASmallSavedRect)
 {
     REQUIRE_DISPLAY();
-    TempConfigHome home;
+    TestSupport::TempConfigHome home;
     Util::ConfigFile config("com.tavorin.hostwindowtest3");
     config.SetString("HostWindowGeometry/Small.Geometry",
                      Rect(Point(20, 20), Size(50, 40)).ToString());
@@ -351,7 +324,7 @@ std::vector<std::string> presentLines(std::string const& output)
 TEST(HostWindowSDLTrace, StampsAShownWindowsFirstPixelsOnceAndOnlyWhenAsked)
 {
     REQUIRE_DISPLAY();
-    TempConfigHome home;
+    TestSupport::TempConfigHome home;
     std::string const demo = "ASAN_OPTIONS=detect_leaks=0 " + std::string(TV_HOSTWINDOW_DEMO_PATH) +
                              " --domain com.tavorin.tracetest --name 'Traced Window'" +
                              " --exit-after-paint 2>&1 >/dev/null";
@@ -587,7 +560,7 @@ TEST(HostWindowSDLRunLoop, CtrlQEndsTheRunLoop)
 TEST(HostWindowSDLGeometry, AWindowClosedInFullScreenLeavesTheSavedRect)
 {
     REQUIRE_DISPLAY();
-    TempConfigHome home;
+    TestSupport::TempConfigHome home;
     Util::ConfigFile config("com.tavorin.hostwindowtest4");
     String const saved = Rect(Point(30, 40), Size(200, 100)).ToString();
     config.SetString("HostWindowGeometry/Full.Geometry", saved);
