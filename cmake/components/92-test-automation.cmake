@@ -50,7 +50,8 @@ tv_test(tv_testautomation_tests
     tests/Canvas/TestAutomation/RpcTestClient.cpp
     tests/Canvas/UI/CanvasTestSupport.cpp
     tests/support/TempFolder.cpp
-  DEPS tv_ui tv_testautomation_rpc)
+  DEPS tv_ui tv_testautomation_rpc
+  RESOURCE_LOCK bridge_ports)
 target_compile_definitions(tv_testautomation_tests PRIVATE
   TV_TEST_AUTOMATION_MODULE_PATH="$<TARGET_FILE:TvTestAutomation>"
   TV_TEST_AUTOMATION_MODULE_V3_PATH="$<TARGET_FILE:TvTestAutomationV3>")
