@@ -5,13 +5,16 @@ servers (a site and a proxy) with settings in temp folders: the failure words an
 type messages and --version. Every wait is bounded."""
 
 import argparse
+import http.server
 import json
 import os
 import shutil
 import socket
+import ssl
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
@@ -82,6 +85,29 @@ class AdminTools(unittest.TestCase):
                 as_json = self.run_tool("tvcheck", "--json", "--url", url, "--timeout", "10")
                 self.assertEqual(1, as_json.returncode)
                 self.assertEqual({"error": reason}, json.loads(as_json.stdout))
+
+    def test_https_is_verified_against_the_system_certificates(self):
+        # A self-signed certificate is in no system store, so the check must refuse it.
+        cert, key = (os.path.join(self.work, name) for name in ("cert.pem", "key.pem"))
+        made = subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes",
+                               "-days", "1", "-subj", "/CN=127.0.0.1", "-keyout", key, "-out",
+                               cert], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        if made.returncode != 0:
+            self.skipTest("openssl could not make a test certificate")
+        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        context.load_cert_chain(cert, key)
+        server = http.server.HTTPServer(("127.0.0.1", 0), http.server.BaseHTTPRequestHandler)
+        server.socket = context.wrap_socket(server.socket, server_side=True)
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        try:
+            port = server.server_address[1]
+            check = self.run_tool("tvcheck", "--url", "https://127.0.0.1:%d/v.txt" % port)
+            self.assertEqual(1, check.returncode)
+            self.assertTrue(check.stderr.startswith(
+                "tvcheck: cannot verify the certificate of 127.0.0.1:%d: " % port), check.stderr)
+        finally:
+            server.shutdown()
+            server.server_close()
 
     def test_list_says_where_each_product_comes_from(self):
         self.register("Alpha Mixer", "3.0")
