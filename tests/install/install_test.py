@@ -196,6 +196,27 @@ class InstalledPrograms(unittest.TestCase):
         check = self.run_installed("tvcheck", "--timeout", "20")
         self.assertEqual((0, ""), (check.returncode, check.stdout), check.stderr)
 
+    def test_bash_completions_offer_options_and_registered_keys(self):
+        self.register("Alpha Mixer", "3.0")
+        completions = os.path.join(self.prefix, "share", "bash-completion", "completions")
+        env = dict(self.env, PATH=self.bin + os.pathsep + self.env.get("PATH", ""))
+        cases = [
+            ("tvcheck", ["tvcheck", "--ex"], ["--explain"]),
+            ("tvdefaults", ["tvdefaults", "--system", "de"], ["delete"]),
+            ("tvdefaults", ["tvdefaults", "read", DOMAIN, "-i"], ["-int"]),
+            ("tvdefaults", ["tvdefaults", "read", DOMAIN, "InstalledProducts/Al"],
+             ["InstalledProducts/Alpha Mixer/"]),
+        ]
+        for program, words, offered in cases:
+            with self.subTest(words=words):
+                script = ('source "$1"; COMP_WORDS=("${@:2}"); COMP_CWORD=$(($# - 2)); '
+                          '_%s; printf "%%s\\n" "${COMPREPLY[@]}"' % program)
+                result = subprocess.run(["bash", "-c", script, "bash",
+                                         os.path.join(completions, program)] + words,
+                                        env=env, stdout=subprocess.PIPE,
+                                        stderr=subprocess.PIPE, text=True, timeout=30)
+                self.assertEqual(offered, result.stdout.splitlines(), result.stderr)
+
     # ---- the updater
 
     def test_silent_updater_without_updates_exits_0_and_shows_nothing(self):
