@@ -208,6 +208,12 @@ class AdminTools(unittest.TestCase):
                     result = self.run_tool(program, switch)
                     self.assertEqual(0, result.returncode, result.stderr)
                     self.assertIn(words, result.stdout)
+        # Among other arguments the switches are ignored, as every unknown argument is: this
+        # is a silent check (failing fast on a closed port), which prints nothing.
+        self.env.update(TV_UPDATE_HOST="127.0.0.1:%d" % closed_port(),
+                        TV_WEB_HOST="127.0.0.1:%d" % closed_port(), TV_REQUEST_TIMEOUT_MS="300")
+        result = self.run_tool("tavorin-updater", "--help", "-silent")
+        self.assertEqual((0, ""), (result.returncode, result.stdout), result.stderr)
 
 
 def main():
