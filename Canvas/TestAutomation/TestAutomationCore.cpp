@@ -18,6 +18,7 @@
 #include "Canvas/UI/ToolTip.h"
 #include "Canvas/UI/Window.h"
 #include "TvBase/Util/Module.h"
+#include "TvBase/Util/SystemFolders.h"
 
 #include <cstdlib>
 #include <cxxabi.h>
@@ -27,8 +28,8 @@
 namespace TestAutomation
 {
 
-char const* const TestAutomationCore::DefaultModulePath =
-    "/usr/local/lib/tavorin/TestAutomation/libTvTestAutomation.so";
+char const* const TestAutomationCore::InstalledModuleName =
+    "../lib/tavorin/TestAutomation/libTvTestAutomation.so";
 
 namespace
 {
@@ -67,7 +68,12 @@ String TestAutomationCore::GetModulePath()
     char const* fromEnvironment = std::getenv("TV_TEST_AUTOMATION_MODULE");
     if (fromEnvironment && *fromEnvironment)
         return String(fromEnvironment);
-    return String(DefaultModulePath);
+    // The module is a separate install component under the program's own prefix, so that a
+    // program in /usr/bin never loads one left in /usr/local by another installation.
+    String folder = Util::GetModuleDirectory(String(""), nullptr, true);
+    if (folder.IsEmpty() || folder[folder.Length() - 1] != '/')
+        folder += "/";
+    return folder + InstalledModuleName;
 }
 
 void TestAutomationCore::SetMessageFunction(MessageFunction const& function)

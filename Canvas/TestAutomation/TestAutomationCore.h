@@ -29,8 +29,9 @@ namespace TestAutomation
 class TestAutomationCore
 {
 public:
-    /// Where the module is looked for when `TV_TEST_AUTOMATION_MODULE` is not set.
-    static char const* const DefaultModulePath;
+    /// Where the module is looked for when `TV_TEST_AUTOMATION_MODULE` is not set: this path
+    /// from the folder of the program.
+    static char const* const InstalledModuleName;
     /// The server listens on the first of these ports that it can take.
     enum : unsigned short
     {
@@ -47,7 +48,7 @@ public:
     TestAutomationCore& operator=(TestAutomationCore const&) = delete;
 
     /// The environment variable `TV_TEST_AUTOMATION_MODULE` when set and not empty, else
-    /// `DefaultModulePath`.
+    /// `InstalledModuleName` from the program's folder.
     static String GetModulePath();
 
     /// False, silently, when no module file exists or it does not load. A module without

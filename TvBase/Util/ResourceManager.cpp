@@ -34,7 +34,9 @@ bool ResourceManager::Init(FolderPath const& folder, checked_value<String> filen
     String const name = filename ? *filename : String("resources.resembed");
 
     bool loaded = false;
-    for (char const* prefix : {"Contents/Resources/", "Resources/"})
+    // An installed program finds its resources in the FHS data folder of its own prefix
+    // (<prefix>/bin/ -> <prefix>/share/tavorin/); the build tree keeps them beside it.
+    for (char const* prefix : {"../share/tavorin/", "Contents/Resources/", "Resources/"})
     {
         File file(folder + (String(prefix) + name));
         if (!file.Exists())

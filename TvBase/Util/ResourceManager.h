@@ -41,8 +41,9 @@ public:
     ResourceManager(ResourceManager const&) = delete;
     ResourceManager& operator=(ResourceManager const&) = delete;
 
-    /// Loads the packed file once: `folder` + "Contents/Resources/" and then `folder` +
-    /// "Resources/" are both tried, the later found replacing the earlier; `filename` defaults
+    /// Loads the packed file once: `folder` + "../share/tavorin/" (the installed layout),
+    /// `folder` + "Contents/Resources/" and then `folder` + "Resources/" are all tried, a later
+    /// found replacing an earlier; `filename` defaults
     /// to "resources.resembed". True once a file is loaded (at once when one already is); false
     /// when neither exists or one is over `MaxFileSize` bytes. `Util::Exception::FileIO` from
     /// opening or reading passes to the caller.

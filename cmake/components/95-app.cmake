@@ -16,13 +16,13 @@ pkg_check_modules(TV_APP_LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
 target_link_libraries(tv_app PUBLIC PkgConfig::TV_APP_LIBXML2)
 
 tv_executable(tavorin-updater
-  SOURCES Updater/app/main.cpp
+  SOURCES Updater/app/main.cpp Updater/app/ProgramInfo.cpp
   DEPS tv_app tv_files)
+target_compile_definitions(tavorin-updater PRIVATE TV_VERSION="${PROJECT_VERSION}")
 # The packed resources land in <bin>/Resources/ beside the program.
 add_dependencies(tavorin-updater updater_resources)
 
-install(TARGETS tavorin-updater tvdefaults tvcheck tvresembed RUNTIME DESTINATION bin)
-install(FILES ${TV_UPDATER_RESOURCE_FILE} DESTINATION bin/Resources)
+# Where everything is installed: 97-packaging.cmake.
 
 # The command line, in process and as a program.
 tv_test(tv_app_tests

@@ -121,4 +121,9 @@ std::string FormatUpdatesAsJson(std::vector<boost::shared_ptr<UpdateEntry>> cons
     return out;
 }
 
+std::string FormatFailureAsJson(std::string const& reason)
+{
+    return "{\"error\": " + jsonString(String(reason.c_str())) + "}\n";
+}
+
 } // namespace Updater

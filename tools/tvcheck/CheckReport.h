@@ -19,4 +19,7 @@ std::string FormatUpdatesAsLines(std::vector<boost::shared_ptr<UpdateEntry>> con
 /// ending in a line break. Bytes that are not valid UTF-8 become U+FFFD.
 std::string FormatUpdatesAsJson(std::vector<boost::shared_ptr<UpdateEntry>> const& updates);
 
+/// A failed check for scripts that read JSON: {"error": "<reason>"} and a line break.
+std::string FormatFailureAsJson(std::string const& reason);
+
 } // namespace Updater

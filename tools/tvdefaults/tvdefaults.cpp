@@ -10,6 +10,9 @@
 
 #include <plist/plist.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cinttypes>
 #include <cstdio>
@@ -31,14 +34,16 @@ int const exitMissing = 1;
 int const exitUsage = 2;
 
 char const* const shortUsage =
-    "usage: tvdefaults read|write|delete|keys|values DOMAIN [PATH] ... (tvdefaults --help)\n";
+    "usage: tvdefaults [--system] read|write|delete|keys|values DOMAIN [PATH] ... "
+    "(tvdefaults --help)\n";
 
 char const* const fullUsage =
-    "usage: tvdefaults read DOMAIN [PATH [TYPE]]\n"
-    "       tvdefaults write DOMAIN PATH [TYPE] VALUE\n"
-    "       tvdefaults delete DOMAIN PATH\n"
-    "       tvdefaults keys DOMAIN [PATH]\n"
-    "       tvdefaults values DOMAIN [PATH]\n"
+    "usage: tvdefaults [--system] read DOMAIN [PATH [TYPE]]\n"
+    "       tvdefaults [--system] write DOMAIN PATH [TYPE] VALUE\n"
+    "       tvdefaults [--system] delete DOMAIN PATH\n"
+    "       tvdefaults [--system] keys DOMAIN [PATH]\n"
+    "       tvdefaults [--system] values DOMAIN [PATH]\n"
+    "       tvdefaults --help | --version\n"
     "\n"
     "Reads and changes the settings of DOMAIN (for example com.tavorin.updater), kept in\n"
     "$XDG_CONFIG_HOME/tavorin/ (default ~/.config/tavorin/). PATH names a value; \"/\" separates\n"
@@ -47,12 +52,16 @@ char const* const fullUsage =
     "  read DOMAIN          every value of the domain as \"path = value\" lines, in path order\n"
     "  read DOMAIN PATH     one value; with TYPE, only a value readable as that type\n"
     "  write ...            stores VALUE as TYPE (default -string)\n"
-    "  delete DOMAIN PATH   removes the value from the user's settings\n"
+    "  delete DOMAIN PATH   removes the value from the user's settings, or everything\n"
+    "                       under PATH when it names a key (a whole product)\n"
     "  keys DOMAIN [PATH]   the sub-keys of PATH (default: the root), one a line\n"
     "  values DOMAIN [PATH] the names of the values at PATH, one a line\n"
     "\n"
     "TYPE is one of -string, -int, -bool (true/false, yes/no, 1/0), -float, -data (hex bytes).\n"
     "Numbers print in decimal, data in hex; a float is stored as 8 bytes of data.\n"
+    "\n"
+    "--system works on the settings of every user of the computer, in the tavorin folder of\n"
+    "the first of $XDG_CONFIG_DIRS (default /etc/xdg/tavorin/); changing them needs root.\n"
     "\n"
     "Exit status: 0 success, 1 value missing or not saved, 2 usage error.\n";
 
@@ -236,6 +245,60 @@ bool formatTyped(ConfigValue const& value, Type type, std::string& out)
     return false;
 }
 
+/// The type of a stored value, in the words of the TYPE flags.
+char const* typeName(ConfigValue const& value)
+{
+    switch (value.kind)
+    {
+    case ConfigValue::Text:
+        return "string";
+    case ConfigValue::Number:
+        return "int (or bool)";
+    case ConfigValue::Data:
+        return "data (or float)";
+    case ConfigValue::Other:
+        break;
+    }
+    return otherTypeName(value);
+}
+
+/// Removes every value under the key `name` from both of the user's scopes; true when any was
+/// there. Deleting a product's key removes the whole product.
+bool removeSubtree(ConfigStore& store, std::string const& name)
+{
+    std::string prefix = name;
+    while (!prefix.empty() && prefix.back() == '/')
+        prefix.pop_back();
+    if (prefix.empty())
+        return false;
+    prefix += '/';
+    bool removed = false;
+    for (ConfigScope scope :
+         {Util::detail::ScopeCurrentUserAnyHost, Util::detail::ScopeCurrentUserCurrentHost})
+        for (std::string const& held : store.Names(scope))
+            if (held.compare(0, prefix.size(), prefix) == 0)
+                removed = store.Remove(scope, held) || removed;
+    return removed;
+}
+
+/// Why a delete found nothing of the user's: nothing at all, or only settings of every user.
+void reportNothingToDelete(ConfigStore& store, std::string const& domain, std::string const& path,
+                           std::string const& name)
+{
+    bool system = false;
+    for (ConfigScope scope :
+         {Util::detail::ScopeAnyUserAnyHost, Util::detail::ScopeAnyUserCurrentHost})
+        for (std::string const& held : store.Names(scope))
+            system = system || held == name || held.compare(0, name.size() + 1, name + "/") == 0;
+    if (system)
+        std::fprintf(stderr,
+                     "tvdefaults: %s in %s has a value only in the system scope "
+                     "(tvdefaults --system delete removes it)\n",
+                     path.c_str(), domain.c_str());
+    else
+        std::fprintf(stderr, "tvdefaults: no value %s in %s\n", path.c_str(), domain.c_str());
+}
+
 int readAll(std::string const& domain)
 {
     ConfigStore& store = ConfigStore::Get(domain);
@@ -259,9 +322,15 @@ int readOne(std::string const& domain, std::string const& path, Type type)
     std::string name = Util::detail::NormalizeName(path);
     ConfigValue value;
     std::string text;
-    if (!store.Read(name, value) || !formatTyped(value, type, text))
+    if (!store.Read(name, value))
     {
         std::fprintf(stderr, "tvdefaults: no value %s in %s\n", path.c_str(), domain.c_str());
+        return exitMissing;
+    }
+    if (!formatTyped(value, type, text))
+    {
+        std::fprintf(stderr, "tvdefaults: %s in %s has a value of type %s\n", path.c_str(),
+                     domain.c_str(), typeName(value));
         return exitMissing;
     }
     std::printf("%s\n", text.c_str());
@@ -365,9 +434,10 @@ int remove(std::string const& domain, std::string const& path)
     // The user's value may sit in either of the user's scopes; delete means gone from both.
     bool removed = store.Remove(Util::detail::ScopeCurrentUserAnyHost, name);
     removed = store.Remove(Util::detail::ScopeCurrentUserCurrentHost, name) || removed;
+    removed = removeSubtree(store, name) || removed;
     if (!removed)
     {
-        std::fprintf(stderr, "tvdefaults: no value %s in %s\n", path.c_str(), domain.c_str());
+        reportNothingToDelete(store, domain, path, name);
         return exitMissing;
     }
     if (!store.Synchronize())
@@ -391,7 +461,7 @@ int list(std::string const& domain, std::string const& path, bool keys)
     return exitSuccess;
 }
 
-int run(std::vector<std::string> const& args)
+int runCommand(std::vector<std::string> const& args)
 {
     if (args.size() == 1 && (args[0] == "--help" || args[0] == "-h"))
     {
@@ -445,6 +515,50 @@ int run(std::vector<std::string> const& args)
         return list(domain, rest == 1 ? args[2] : std::string(), command == "keys");
     }
     return usageError("unknown command " + command);
+}
+
+/// Points the store's user scopes at the files of every user, so that reading, writing and
+/// deleting (with its locking and atomic replacement) work on them unchanged.
+void useSystemScope()
+{
+    std::string folder = Util::detail::ConfigLocation::FromEnvironment().systemFolder;
+    folder.resize(folder.size() - std::strlen("/tavorin/"));
+    ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+}
+
+/// The settings of every user must stay readable by every user: the store keeps a user's own
+/// files private, so the folders and files it made are opened up afterwards.
+void shareSystemFiles(std::string const& domain)
+{
+    Util::detail::ConfigLocation const location = Util::detail::ConfigLocation::FromEnvironment();
+    ::chmod(location.userFolder.c_str(), 0755);
+    ::chmod((location.userFolder + "ByHost").c_str(), 0755);
+    for (ConfigScope scope :
+         {Util::detail::ScopeCurrentUserAnyHost, Util::detail::ScopeCurrentUserCurrentHost})
+        ::chmod(location.FileFor(domain, scope).c_str(), 0644);
+}
+
+int run(std::vector<std::string> args)
+{
+    if (args.size() == 1 && args[0] == "--version")
+    {
+        std::fputs("tvdefaults " TV_VERSION "\n", stdout);
+        return exitSuccess;
+    }
+    if (args.empty() || args[0] != "--system")
+        return runCommand(args);
+    args.erase(args.begin());
+    bool const changes = !args.empty() && (args[0] == "write" || args[0] == "delete");
+    if (changes && ::geteuid() != 0)
+    {
+        std::fprintf(stderr, "tvdefaults: changing the settings of every user needs root\n");
+        return exitMissing;
+    }
+    useSystemScope();
+    int const status = runCommand(args);
+    if (changes && args.size() >= 2)
+        shareSystemFiles(args[1]);
+    return status;
 }
 
 } // namespace

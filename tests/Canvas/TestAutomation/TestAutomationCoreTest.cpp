@@ -10,6 +10,7 @@
 #include "Canvas/UI/ToolTip.h"
 #include "Canvas/UI/Window.h"
 #include "TvBase/Util/ConfigFile.h"
+#include "TvBase/Util/FilePath.h"
 #include "tests/Canvas/TestAutomation/RpcTestClient.h"
 #include "tests/Canvas/UI/CanvasTestSupport.h"
 #include "tests/support/TempFolder.h"
@@ -220,13 +221,14 @@ TEST(TestAutomationStart, WithoutAModuleFileThereIsNoBridge)
     }
 }
 
-TEST(TestAutomationStart, ModulePathComesFromTheEnvironmentOrTheFixedPlace)
+TEST(TestAutomationStart, ModulePathComesFromTheEnvironmentOrTheProgramsPrefix)
 {
     unsetenv("TV_TEST_AUTOMATION_MODULE");
-    EXPECT_EQ(String("/usr/local/lib/tavorin/TestAutomation/libTvTestAutomation.so"),
-              TestAutomationCore::GetModulePath());
+    String const installed =
+        String(TV_BINARY_DIR "/tests/../lib/tavorin/TestAutomation/libTvTestAutomation.so");
+    EXPECT_EQ(FilePath(installed), FilePath(TestAutomationCore::GetModulePath()));
     useModule("");
-    EXPECT_EQ(String(TestAutomationCore::DefaultModulePath), TestAutomationCore::GetModulePath());
+    EXPECT_EQ(FilePath(installed), FilePath(TestAutomationCore::GetModulePath()));
     useModule("/x/y.so");
     EXPECT_EQ(String("/x/y.so"), TestAutomationCore::GetModulePath());
 }

@@ -198,15 +198,18 @@ TEST_F(TvCheckTest, FailedChecksExitOneWithTheReason)
     RunResult run = Run({"--url", server.Url("/empty")});
     EXPECT_EQ(1, run.status);
     EXPECT_EQ("", run.out);
-    EXPECT_EQ("tvcheck: Update file empty.\n", run.err);
+    EXPECT_EQ("tvcheck: the answer is empty from " + server.Url("/empty") + "\n", run.err);
 
     run = Run({"--url", "ftp://127.0.0.1/versions.txt"});
     EXPECT_EQ(1, run.status);
-    EXPECT_EQ("tvcheck: Connection Error: CFReadStreamOpen failed.\n", run.err);
+    EXPECT_EQ("tvcheck: cannot fetch ftp://127.0.0.1/versions.txt: not an http or https URL\n",
+              run.err);
 
     run = Run({"--url", server.Url("/stall"), "--timeout", "1"});
     EXPECT_EQ(1, run.status);
-    EXPECT_EQ("tvcheck: Update file empty.\n", run.err) << "a time-out reads as an empty file";
+    EXPECT_EQ("tvcheck: no answer from 127.0.0.1:" + std::to_string(server.GetPort()) +
+                  " within 1 second\n",
+              run.err);
 
     updateHost = "gopher://nowhere";
     run = Run({});
@@ -224,7 +227,8 @@ TEST_F(TvCheckTest, RecordsOnlyWhenAsked)
 
     EXPECT_EQ(1, Run({"--record", "--url", server.Url("/empty")}).status);
     settings->Synchronize();
-    EXPECT_EQ(String("Update file empty."), settings->GetString("LastResult", "(unset)"));
+    EXPECT_EQ(String(("the answer is empty from " + server.Url("/empty")).c_str()),
+              settings->GetString("LastResult", "(unset)"));
     unsigned int const firstTime = settings->GetUInt("LastUpdateCheckTime", 0);
     EXPECT_NE(0u, firstTime);
 
