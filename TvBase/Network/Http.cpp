@@ -51,6 +51,7 @@ void Http::Get(String const& url, int requestTimeoutMillis)
         error = "";
         finished = false;
         canceled = false;
+        timedOut = false;
         timeoutMillis = requestTimeoutMillis;
         startTick = static_cast<std::uint32_t>(tick());
         rawData = bytes;
@@ -104,6 +105,7 @@ bool Http::IsFinished()
     // its owner sees a finished request with no error and no data.
     if (outcome.IsEmpty())
         outcome = "HTTP Timeout";
+    timedOut = true;
     finished = true;
     return true;
 }
@@ -121,6 +123,14 @@ String Http::GetStringData()
     stringData = String(reinterpret_cast<char const*>(rawData->data()),
                         static_cast<unsigned int>(rawData->size()));
     return stringData;
+}
+
+String Http::GetErrorReason()
+{
+    Atomic::CriticalSectionLocker hold(*lock);
+    if (error.IsEmpty() || !streamSentry)
+        return String("");
+    return streamSentry->GetErrorReason();
 }
 
 boost::shared_ptr<std::vector<unsigned char>> Http::GetRawData()

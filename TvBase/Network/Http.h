@@ -59,6 +59,11 @@ public:
     /// The failure text; empty means no failure. "Internal stream error <domain>, <code>" for
     /// a failed transfer (domain 1 and the transfer library's result code here).
     String GetError();
+    /// A failed transfer's reason in words for a person ("could not connect: ..."); empty when
+    /// the transfer has not failed. Read it once `GetError` is not empty.
+    String GetErrorReason();
+    /// True when the latest request ended by its time-out.
+    bool HasTimedOut() const { return timedOut; }
     /// The body as text, cut at its first NUL. Each call appends one zero byte to the raw data.
     String GetStringData();
     /// The received bytes, shared with the client. Read them only once the request finished.
@@ -77,6 +82,7 @@ private:
 
     std::atomic<bool> canceled{false};
     std::atomic<bool> finished{false};
+    std::atomic<bool> timedOut{false};
     String stringData;
     String error;
     int timeoutMillis = -1;

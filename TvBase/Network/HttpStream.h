@@ -38,6 +38,9 @@ public:
     virtual long Read(unsigned char* buffer, unsigned long maxLength) = 0;
     /// The failure as two numbers; (0, 0) while there is none.
     virtual void GetError(long& domain, long& code) = 0;
+    /// The failure in words for a person ("could not connect: ...", "too many redirects: ...");
+    /// empty while there is none. Read it once the pump has stopped.
+    virtual String GetErrorReason() = 0;
     /// Blocks, without using the processor, until there may be something to read, the stream
     /// ended or failed, `Wake` was called, or about a second passed.
     virtual void WaitForActivity() = 0;

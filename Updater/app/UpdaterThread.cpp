@@ -85,15 +85,29 @@ void UpdaterThread::download()
             return;
         }
         // Ten milliseconds between rounds, cut short when the body is complete. A pump that
-        // stopped on a read error leaves the time-out to end the request.
+        // stopped on a read error leaves the time-out to end the request, unless failing fast.
         if (http->WaitForHelper(10) && !http->IsFinished())
+        {
+            if (failFast)
+                break;
             Util::Thread::SleepThread(10);
+        }
     }
 
     String error = http->GetError();
     if (!error.IsEmpty())
     {
-        storeConnectionSuccess(false, error);
+        String const reason = failFast ? http->GetErrorReason() : String("");
+        storeConnectionSuccess(false,
+                               reason.IsEmpty() ? error : String("%1 (%2)").Arg(error).Arg(reason));
+        return;
+    }
+    if (failFast && http->HasTimedOut())
+    {
+        int const seconds = (requestTimeoutMillis + 999) / 1000;
+        storeConnectionSuccess(false, String("The request timed out after %1 %2.")
+                                          .Arg(seconds)
+                                          .Arg(seconds == 1 ? "second" : "seconds"));
         return;
     }
     ParseVersionsText(http->GetStringData(), *config, updates,

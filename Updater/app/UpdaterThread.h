@@ -61,6 +61,12 @@ public:
     String GetLastResult() const { return lastResult; }
     /// The download's time-out, 60000 milliseconds unless changed before `StartThread`.
     void SetRequestTimeout(int millis) { requestTimeoutMillis = millis; }
+    /// For a tool run by hand or by a script, set before `StartThread`: a failed transfer (a
+    /// refused connection, an unknown host, a TLS failure, too many redirects) ends the check at
+    /// once, its status followed by the reason in words, and a time-out reports "The request
+    /// timed out after <N> seconds." The application keeps waiting for the time-out and reads
+    /// a time-out as an empty file.
+    void SetFailFast(bool enable) { failFast = enable; }
 
 protected:
     void run() override;
@@ -79,6 +85,7 @@ private:
     boost::shared_ptr<Atomic::CriticalSection> lock;
     std::vector<boost::shared_ptr<UpdateEntry>> updates;
     int requestTimeoutMillis = 60000;
+    bool failFast = false;
 };
 
 } // namespace Updater

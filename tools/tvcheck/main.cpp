@@ -5,6 +5,9 @@
 #include "Updater/app/UpdateHost.h"
 #include "Updater/app/UpdaterThread.h"
 
+#include "TvBase/Util/detail/ConfigStore.h"
+
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -34,16 +37,16 @@ char const usageText[] =
     "  --record          store LastUpdateCheckTime and LastResult in the settings, as the\n"
     "                    application does; without it nothing is written\n"
     "  --url URL         fetch the versions file from URL instead of the update host\n"
-    "  --timeout SECONDS give up on the download after SECONDS (default 60); a time-out\n"
-    "                    reads as an empty versions file\n"
+    "  --timeout SECONDS give up on the download after SECONDS (default 60); a refused\n"
+    "                    connection, an unknown host or a TLS failure ends it at once\n"
     "  --help            show this text\n"
     "\n"
     "Output: one line per offered update, \"product<TAB>installed<TAB>available<TAB>link\".\n"
     "The update host is TV_UPDATE_HOST from the environment (host, optional :port, optional\n"
     "https:// in front) or else the one this build was configured with.\n"
     "\n"
-    "Exit status: 0 no updates, 10 updates available, 1 the check failed (the reason on\n"
-    "standard error), 2 bad command line.\n";
+    "Exit status: 0 no updates, 10 updates available, 1 the check failed, or its report or\n"
+    "record could not be written (the reason on standard error), 2 bad command line.\n";
 
 int usageError(char const* problem, char const* argument)
 {
@@ -136,11 +139,19 @@ int main(int argc, char** argv)
         Updater::UpdaterThread worker("Updater Thread", url.CStr(), !options.record,
                                       Util::Thread::PriorityLow, false);
         worker.SetRequestTimeout(options.timeoutMillis);
+        worker.SetFailFast(true);
         worker.StartThread();
         worker.WaitThread();
         succeeded = worker.GetUpdateData(updates);
         status = worker.GetLastResult();
     }
+    // The worker's writes are in memory; a check that was asked to be recorded must reach disk.
+    std::string recordFailure;
+    bool const recorded =
+        !options.record ||
+        Util::detail::ConfigStore::Get("com.tavorin.updater").Synchronize(&recordFailure);
+    if (!recorded)
+        std::fprintf(stderr, "tvcheck: the check was not recorded: %s\n", recordFailure.c_str());
     if (!succeeded)
     {
         std::fprintf(stderr, "tvcheck: %s\n", status.CStr());
@@ -149,5 +160,13 @@ int main(int argc, char** argv)
     std::string const report = options.json ? Updater::FormatUpdatesAsJson(updates)
                                             : Updater::FormatUpdatesAsLines(updates);
     std::fputs(report.c_str(), stdout);
+    // A report that did not reach its reader (a full disk, a closed pipe) is a failed check.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+    {
+        std::fprintf(stderr, "tvcheck: could not write the report: %s\n", std::strerror(errno));
+        return exitCheckFailed;
+    }
+    if (!recorded)
+        return exitCheckFailed;
     return updates.empty() ? exitNoUpdates : exitUpdatesAvailable;
 }

@@ -70,6 +70,7 @@ bool CurlHttpStream::CreateRequest(String const& requestUrl)
     return curl_easy_setopt(easy, CURLOPT_URL, url.CStr()) == CURLE_OK &&
            curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L) == CURLE_OK &&
            curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L) == CURLE_OK &&
+           curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorText) == CURLE_OK &&
            curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https") == CURLE_OK;
 }
 
@@ -85,6 +86,7 @@ bool CurlHttpStream::CreateReadStream()
 bool CurlHttpStream::SetAutoRedirect()
 {
     return curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L) == CURLE_OK &&
+           curl_easy_setopt(easy, CURLOPT_MAXREDIRS, maxRedirects) == CURLE_OK &&
            curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https") == CURLE_OK;
 }
 
@@ -163,6 +165,51 @@ void CurlHttpStream::GetError(long& domain, long& code)
     bool const failed = done && result != CURLE_OK;
     domain = failed ? curlErrorDomain : 0;
     code = failed ? static_cast<long>(result) : 0;
+}
+
+String CurlHttpStream::GetErrorReason()
+{
+    if (!done || result == CURLE_OK)
+        return String("");
+    char const* word;
+    switch (result)
+    {
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+        word = "unknown host";
+        break;
+    case CURLE_COULDNT_CONNECT:
+        word = "could not connect";
+        break;
+    case CURLE_TOO_MANY_REDIRECTS:
+        word = "too many redirects";
+        break;
+    case CURLE_FILESIZE_EXCEEDED:
+        word = "response too large";
+        break;
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CERTPROBLEM:
+    case CURLE_SSL_CIPHER:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_ENGINE_NOTFOUND:
+    case CURLE_SSL_ENGINE_SETFAILED:
+    case CURLE_SSL_SHUTDOWN_FAILED:
+    case CURLE_SSL_CRL_BADFILE:
+    case CURLE_SSL_ISSUER_ERROR:
+    case CURLE_SSL_PINNEDPUBKEYNOTMATCH:
+    case CURLE_SSL_INVALIDCERTSTATUS:
+    case CURLE_SSL_CLIENTCERT:
+        word = "TLS failure";
+        break;
+    default:
+        word = curl_easy_strerror(result);
+        break;
+    }
+    // The library's own sentence names the host, the port or the certificate.
+    if (!errorText[0])
+        return String(word);
+    return String("%1: %2").Arg(word).Arg(errorText);
 }
 
 void CurlHttpStream::WaitForActivity()

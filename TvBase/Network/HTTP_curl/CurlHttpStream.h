@@ -20,6 +20,8 @@ class CurlHttpStream : public HttpStream
 public:
     /// Bodies above this size end the transfer with `CURLE_FILESIZE_EXCEEDED`.
     static constexpr curl_off_t maxBodyBytes = curl_off_t(64) * 1024 * 1024;
+    /// More redirects than browsers follow end the transfer with `CURLE_TOO_MANY_REDIRECTS`.
+    static constexpr long maxRedirects = 20;
 
     CurlHttpStream();
     ~CurlHttpStream() override;
@@ -32,6 +34,7 @@ public:
     bool HasBytesAvailable() override;
     long Read(unsigned char* buffer, unsigned long maxLength) override;
     void GetError(long& domain, long& code) override;
+    String GetErrorReason() override;
     void WaitForActivity() override;
     void Wake() override;
     void Close() override;
@@ -50,6 +53,7 @@ private:
     CURLcode result = CURLE_OK;
     curl_off_t received = 0;
     bool tooLarge = false;
+    char errorText[CURL_ERROR_SIZE] = {};
     std::vector<unsigned char> pending;
     std::size_t pendingOffset = 0;
     // `Close` may come from the owner's thread after the pump stopped, and twice.
