@@ -45,6 +45,10 @@ int const GeometryLimit = 1000000;
 unsigned long long const MaxLayoutFileSize = 16 * 1024 * 1024;
 /// Layouts that name further layouts ("Layout" attributes), counted over one load.
 unsigned int const MaxNestedLayouts = 256;
+/// Window levels one load may build, nested layouts included. One file nests no deeper than
+/// the XML reader allows, but a chain of files would otherwise grow a window tree too deep for
+/// the recursion of everything that walks it.
+unsigned int const MaxWindowDepth = 256;
 
 /// What one top-level load carries through its nested layouts.
 struct LoadContext
@@ -53,6 +57,8 @@ struct LoadContext
     /// The files being loaded, outermost first: a layout that names one of them is refused.
     std::vector<String> openFiles;
     unsigned int nestedLoads = 0;
+    /// Window levels below the window the load began at.
+    unsigned int windowDepth = 0;
 };
 
 String attribute(XMLElement const* element, char const* name)
@@ -239,9 +245,20 @@ Window* findOrCreateWindow(LoadContext& context, Window* parent, XMLElement cons
 bool loadWindowTree(LoadContext& context, FolderPath const& folder, Window* parent,
                     XMLElement const* element)
 {
+    if (context.windowDepth >= MaxWindowDepth)
+    {
+        detail::DebugReport(String("Layout nests windows deeper than %1").Arg(MaxWindowDepth));
+        return false;
+    }
     Window* window = findOrCreateWindow(context, parent, element);
     if (!window)
         return false;
+    struct Level
+    {
+        unsigned int& depth;
+        explicit Level(unsigned int& d) : depth(d) { ++depth; }
+        ~Level() { --depth; }
+    } level(context.windowDepth);
 
     if (hasNonEmptyAttribute(element, "X"))
     {

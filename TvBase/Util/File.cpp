@@ -132,9 +132,19 @@ void File::Open(unsigned int newMode)
     if ((newMode & ModeCreateOnly) != 0)
         flags |= O_CREAT | O_EXCL;
 
-    int const fd = ::open(path.ToString().CStr(), flags | O_CLOEXEC, 0666);
+    // Opening a FIFO must not wait for its other end, and only a regular file is read: from a
+    // FIFO, a device or a folder a read would block or never end.
+    int const fd = ::open(path.ToString().CStr(), flags | O_CLOEXEC | O_NONBLOCK, 0666);
     if (fd < 0)
         TV_THROW(FileIO, "Error opening file", path, FileIO::OpenError, errno);
+    struct stat info = {};
+    if (read && (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)))
+    {
+        ::close(fd);
+        TV_THROW(FileIO, "Not a regular file", path, FileIO::OpenError,
+                 S_ISDIR(info.st_mode) ? EISDIR : EINVAL);
+    }
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
     std::FILE* opened = ::fdopen(fd, streamMode.CStr());
     if (opened == nullptr)
     {

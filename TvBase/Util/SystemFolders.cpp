@@ -8,6 +8,7 @@
 #include <limits.h>
 #include <pwd.h>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Util
@@ -44,7 +45,12 @@ String userDirectory(char const* key, String const& home)
     String configHome = environment("XDG_CONFIG_HOME");
     if (configHome.IsEmpty())
         configHome = home + "/.config";
-    std::ifstream in((configHome + "/user-dirs.dirs").CStr());
+    String const file = configHome + "/user-dirs.dirs";
+    // Only a regular file is read: a FIFO would block the program for good.
+    struct stat info;
+    if (::stat(file.CStr(), &info) != 0 || !S_ISREG(info.st_mode))
+        return String();
+    std::ifstream in(file.CStr());
     std::string line;
     std::string const prefix = std::string(key) + "=\"";
     while (std::getline(in, line))

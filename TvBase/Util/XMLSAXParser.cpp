@@ -7,6 +7,7 @@
 
 #include <climits>
 #include <mutex>
+#include <sys/stat.h>
 
 namespace Util
 {
@@ -61,6 +62,13 @@ bool XMLSAXParser::Parse(FilePath const& path)
 {
     errorMessage = String();
     errorLine = errorColumn = checked_value<unsigned int>();
+    // Only a regular file is read: a FIFO or a device would block the reader or never end.
+    struct stat info;
+    if (::stat(path.ToString().CStr(), &info) == 0 && !S_ISREG(info.st_mode))
+    {
+        errorMessage = "Not a regular file";
+        return false;
+    }
     xmlTextReaderPtr newReader;
     {
         ThreadErrorRedirect redirect(this, recordError);

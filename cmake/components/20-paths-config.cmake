@@ -11,6 +11,7 @@ tv_library(tv_config
   SOURCES
     TvBase/Util/ConfigFile.cpp
     TvBase/Util/detail/ConfigStore.cpp
+    TvBase/Util/detail/PlistDepth.cpp
   DEPS tv_paths PkgConfig::PLIST)
 
 tv_executable(tvdefaults

@@ -1,11 +1,14 @@
+#include "TvBase/Util/FileIOException.h"
 #include "TvBase/Util/ResourceManager.h"
 
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 using TestSupport::ReadFile;
@@ -96,6 +99,30 @@ TEST(TvResembed, EmptyFolderGivesEmptyResourceFile)
     Util::ResourceManager resources;
     EXPECT_TRUE(resources.Init(FolderPath((temp / "app").c_str())));
     EXPECT_TRUE(resources.GetFilenames().empty());
+}
+
+TEST(TvResembed, FifosAndDevicesAreFailuresNotWaits)
+{
+    TempFolder temp;
+    std::string const fifo = temp / "waiting.resembed";
+    ASSERT_EQ(0, ::mkfifo(fifo.c_str(), 0600));
+    for (std::string const& command :
+         {"list " + quoted(fifo), "extract " + quoted(fifo) + " a", std::string("list /dev/zero")})
+        EXPECT_EQ(1, packer(command).status) << command;
+
+    // A FIFO inside a folder being packed is no resource and is left out.
+    temp.Write("in/a", "a");
+    ASSERT_EQ(0, ::mkfifo((temp / "in/b").c_str(), 0600));
+    ASSERT_EQ(0, packer("pack " + quoted(temp / "in") + " " + quoted(temp / "out")).status);
+    std::string const listing = packer("list " + quoted(temp / "out")).output;
+    EXPECT_EQ(0u, listing.find("a\t")) << listing;
+    EXPECT_EQ(1, std::count(listing.begin(), listing.end(), '\n')) << listing;
+
+    // The program's own resource file read at start-up.
+    std::filesystem::create_directories(temp / "app/Resources");
+    ASSERT_EQ(0, ::mkfifo((temp / "app/Resources/resources.resembed").c_str(), 0600));
+    Util::ResourceManager resources;
+    EXPECT_THROW(resources.Init(FolderPath((temp / "app").c_str())), Util::Exception::FileIO);
 }
 
 TEST(TvResembed, UsageErrorsAndFailures)

@@ -13,7 +13,7 @@ namespace
 
 // The same ceiling as the application's downloads.
 curl_off_t const maxBodyBytes = 64 * 1024 * 1024;
-long const maxRedirects = 10;
+long const maxRedirects = 20;
 
 struct Received
 {
@@ -83,11 +83,11 @@ std::string describe(CURL* easy, CURLcode code, std::string const& url, char con
     case CURLE_OPERATION_TIMEDOUT:
     {
         int const seconds = timeoutMillis / 1000;
-        return "no answer from " + where + " within " + std::to_string(seconds) +
+        return "the request to " + where + " timed out after " + std::to_string(seconds) +
                (seconds == 1 ? " second" : " seconds");
     }
     case CURLE_TOO_MANY_REDIRECTS:
-        return "more than " + std::to_string(maxRedirects) + " redirects from " + url;
+        return "too many redirects (more than " + std::to_string(maxRedirects) + ") from " + url;
     case CURLE_PEER_FAILED_VERIFICATION:
         return "cannot verify the certificate of " + where + ": " + lowerFirst(library);
     case CURLE_FILESIZE_EXCEEDED:

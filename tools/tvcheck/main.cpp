@@ -9,6 +9,9 @@
 #include "Updater/app/UpdateHost.h"
 #include "Updater/app/VersionsText.h"
 
+#include "TvBase/Util/detail/ConfigStore.h"
+
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -41,7 +44,8 @@ char const usageText[] =
     "  --record          store LastUpdateCheckTime and LastResult in the settings, as the\n"
     "                    application does; without it nothing is written\n"
     "  --url URL         fetch the versions file from URL instead of the update host\n"
-    "  --timeout SECONDS give up on the download after SECONDS (default 60)\n"
+    "  --timeout SECONDS give up on the download after SECONDS (default 60); a refused\n"
+    "                    connection, an unknown host or a TLS failure ends it at once\n"
     "  --explain         print, per product, the decision and its reason, and the lines\n"
     "                    of the versions file that were skipped and why\n"
     "  --list            print the registered products: product, version, and where the\n"
@@ -56,8 +60,8 @@ char const usageText[] =
     "system's CA certificates.\n"
     "\n"
     "Exit status: 0 no updates, 10 updates available, 1 the check failed (no connection, an\n"
-    "HTTP error status, or an answer that is not a versions file; the reason on standard\n"
-    "error), 2 bad command line.\n";
+    "HTTP error status, or an answer that is not a versions file), or its report or record\n"
+    "could not be written (the reason on standard error), 2 bad command line.\n";
 
 int usageError(char const* problem, char const* argument)
 {
@@ -105,6 +109,17 @@ bool parseTimeout(char const* text, int& millis)
 
 char const settingsDomain[] = "com.tavorin.updater";
 
+/// The settings' writes are in memory; a check that was asked to be recorded must reach disk,
+/// and says so when it cannot.
+bool recordReachedDisk(Options const& options)
+{
+    std::string failure;
+    if (!options.record || Util::detail::ConfigStore::Get(settingsDomain).Synchronize(&failure))
+        return true;
+    std::fprintf(stderr, "tvcheck: the check was not recorded: %s\n", failure.c_str());
+    return false;
+}
+
 /// Says why the check failed, in the form asked for, records it when asked, and gives the
 /// failure status.
 int failCheck(Options const& options, Util::ConfigFile& config, std::string const& reason)
@@ -114,6 +129,7 @@ int failCheck(Options const& options, Util::ConfigFile& config, std::string cons
     std::fprintf(stderr, "tvcheck: %s\n", reason.c_str());
     if (options.json)
         std::fputs(Updater::FormatFailureAsJson(reason).c_str(), stdout);
+    recordReachedDisk(options);
     return exitCheckFailed;
 }
 
@@ -150,6 +166,14 @@ int runCheck(Options const& options, std::string const& url)
                                                 : Updater::FormatUpdatesAsLines(updates);
         std::fputs(report.c_str(), stdout);
     }
+    // A report that did not reach its reader (a full disk, a closed pipe) is a failed check.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+    {
+        std::fprintf(stderr, "tvcheck: could not write the report: %s\n", std::strerror(errno));
+        return exitCheckFailed;
+    }
+    if (!recordReachedDisk(options))
+        return exitCheckFailed;
     return updates.empty() ? exitNoUpdates : exitUpdatesAvailable;
 }
 

@@ -379,6 +379,16 @@ bool writeInt(Util::ConfigFile& config, String const& path, std::string const& t
     return true;
 }
 
+/// Writes the domain's changes to disk; on failure says which file and why.
+int save(std::string const& domain)
+{
+    std::string failure;
+    if (ConfigStore::Get(domain).Synchronize(&failure))
+        return exitSuccess;
+    std::fprintf(stderr, "tvdefaults: could not save %s: %s\n", domain.c_str(), failure.c_str());
+    return exitMissing;
+}
+
 int write(std::string const& domain, std::string const& path, Type type, std::string const& text)
 {
     Util::ConfigFile config(toString(domain));
@@ -387,6 +397,10 @@ int write(std::string const& domain, std::string const& path, Type type, std::st
     {
     case Type::None:
     case Type::String:
+        // The store would otherwise keep an empty string in place of what it cannot hold.
+        if (!Util::detail::IsStorableText(text.data(), text.size()))
+            return usageError("value is not UTF-8 text without control characters (tab and line "
+                              "breaks excepted); store bytes with -data");
         config.SetString(name, toString(text));
         break;
     case Type::Int:
@@ -419,12 +433,7 @@ int write(std::string const& domain, std::string const& path, Type type, std::st
         break;
     }
     }
-    if (!ConfigStore::Get(domain).Synchronize())
-    {
-        std::fprintf(stderr, "tvdefaults: could not save %s\n", domain.c_str());
-        return exitMissing;
-    }
-    return exitSuccess;
+    return save(domain);
 }
 
 int remove(std::string const& domain, std::string const& path)
@@ -440,12 +449,7 @@ int remove(std::string const& domain, std::string const& path)
         reportNothingToDelete(store, domain, path, name);
         return exitMissing;
     }
-    if (!store.Synchronize())
-    {
-        std::fprintf(stderr, "tvdefaults: could not save %s\n", domain.c_str());
-        return exitMissing;
-    }
-    return exitSuccess;
+    return save(domain);
 }
 
 int list(std::string const& domain, std::string const& path, bool keys)

@@ -85,6 +85,7 @@ bool CurlHttpStream::CreateReadStream()
 bool CurlHttpStream::SetAutoRedirect()
 {
     return curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L) == CURLE_OK &&
+           curl_easy_setopt(easy, CURLOPT_MAXREDIRS, maxRedirects) == CURLE_OK &&
            curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https") == CURLE_OK;
 }
 

@@ -20,6 +20,8 @@ class CurlHttpStream : public HttpStream
 public:
     /// Bodies above this size end the transfer with `CURLE_FILESIZE_EXCEEDED`.
     static constexpr curl_off_t maxBodyBytes = curl_off_t(64) * 1024 * 1024;
+    /// More redirects than browsers follow end the transfer with `CURLE_TOO_MANY_REDIRECTS`.
+    static constexpr long maxRedirects = 20;
 
     CurlHttpStream();
     ~CurlHttpStream() override;

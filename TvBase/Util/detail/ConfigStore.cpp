@@ -10,6 +10,8 @@
 
 #include "TvBase/Util/detail/ConfigStore.h"
 
+#include "TvBase/Util/detail/PlistDepth.h"
+
 #include <plist/plist.h>
 
 #include <cerrno>
@@ -291,6 +293,8 @@ plist_t toNode(ConfigValue const& value)
 
 /// Larger files are not settings; they read as damaged rather than exhausting memory.
 std::int64_t const maximumFileSize = 512ll * 1024 * 1024;
+/// Deeper nesting is not settings either: the property-list library recurses over it.
+unsigned int const maximumNesting = 512;
 
 bool readAll(int fd, std::string& out, std::size_t expected)
 {
@@ -333,7 +337,13 @@ std::string folderOf(std::string const& file)
     return slash == std::string::npos ? std::string(".") : file.substr(0, slash + 1);
 }
 
-bool makeFolders(std::string const& folder)
+/// "<path>: <reason>" for the latest failed call.
+std::string failureOf(std::string const& path, int error)
+{
+    return path + ": " + std::strerror(error);
+}
+
+bool makeFolders(std::string const& folder, std::string& problem)
 {
     for (std::string::size_type p = 1; p <= folder.size(); ++p)
     {
@@ -341,10 +351,36 @@ bool makeFolders(std::string const& folder)
             continue;
         std::string part = folder.substr(0, p);
         if (::mkdir(part.c_str(), 0700) != 0 && errno != EEXIST)
+        {
+            problem = failureOf(part, errno);
             return false;
+        }
     }
     struct stat info;
-    return ::stat(folder.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+    if (::stat(folder.c_str(), &info) != 0)
+        problem = failureOf(folder, errno);
+    else if (!S_ISDIR(info.st_mode))
+        problem = failureOf(folder, ENOTDIR);
+    else
+        return true;
+    return false;
+}
+
+/// The file that `path` finally names. A settings file may be a symbolic link into a folder of
+/// the user's choosing; writes replace the link's target and keep the link. A relative target
+/// is taken from the link's folder; a dangling link names the file it would create.
+std::string followLinks(std::string path)
+{
+    for (int hop = 0; hop < 40; ++hop)
+    {
+        char target[4096];
+        ssize_t n = ::readlink(path.c_str(), target, sizeof target);
+        if (n <= 0 || static_cast<std::size_t>(n) == sizeof target)
+            break;
+        std::string next(target, static_cast<std::size_t>(n));
+        path = next[0] == '/' ? next : folderOf(path) + next;
+    }
+    return path;
 }
 
 bool pathExists(std::string const& path)
@@ -395,11 +431,12 @@ enum class ReadResult
     Unreadable
 };
 
-/// The bytes of `file`. A folder, an oversized file or one that cannot be read is unreadable.
+/// The bytes of `file`. A folder, a FIFO or another special file, an oversized file or one that
+/// cannot be read is unreadable. The open does not wait for a FIFO's writer.
 ReadResult readText(std::string const& file, std::string& text)
 {
     text.clear();
-    int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (fd < 0)
         return (errno == ENOENT || errno == ENOTDIR) ? ReadResult::Missing : ReadResult::Unreadable;
     struct stat info;
@@ -416,6 +453,8 @@ std::shared_ptr<void> parse(std::string const& text)
 {
     if (text.empty())
         return own(plist_new_dict());
+    if (PropertyListNestsTooDeeply(text.data(), text.size(), maximumNesting))
+        return nullptr;
     plist_t root = nullptr;
     plist_from_memory(text.data(), static_cast<std::uint32_t>(text.size()), &root);
     if (!root)
@@ -432,20 +471,34 @@ std::shared_ptr<void> parse(std::string const& text)
 /// one or the new one whole: the data is on disk before the rename. The fixed temporary name is
 /// safe under the file lock, and a crash leaves at most one stale temporary, which the next
 /// write truncates.
-bool writeAtomically(std::string const& file, std::string const& text)
+bool writeAtomically(std::string const& path, std::string const& text, std::string& problem)
 {
-    std::string temp = file + ".tmp";
+    std::string const file = followLinks(path);
+    std::string const temp = file + ".tmp";
     int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (fd < 0)
-        return false;
-    bool good = writeAll(fd, text.data(), text.size()) && ::fsync(fd) == 0;
-    good = (::close(fd) == 0) && good;
-    if (!good || ::rename(temp.c_str(), file.c_str()) != 0)
     {
-        ::unlink(temp.c_str());
+        problem = failureOf(temp, errno);
         return false;
     }
-    return true;
+    bool good = writeAll(fd, text.data(), text.size()) && ::fsync(fd) == 0;
+    int error = errno;
+    if (::close(fd) != 0 && good)
+    {
+        good = false;
+        error = errno;
+    }
+    if (good && ::rename(temp.c_str(), file.c_str()) != 0)
+    {
+        good = false;
+        error = errno;
+    }
+    if (!good)
+    {
+        problem = failureOf(file, error);
+        ::unlink(temp.c_str());
+    }
+    return good;
 }
 
 } // namespace
@@ -558,17 +611,28 @@ void ConfigStore::ensureLoaded(Scope& scope)
     loadFromDisk(scope, false);
 }
 
-bool ConfigStore::writeScope(Scope& scope)
+bool ConfigStore::writeScope(Scope& scope, std::string& problem)
 {
-    if (scope.file.empty() || !makeFolders(folderOf(scope.file)))
+    if (scope.file.empty())
+    {
+        problem = "no folder for settings (neither XDG_CONFIG_HOME nor HOME is set)";
+        return false;
+    }
+    if (!makeFolders(folderOf(scope.file), problem))
         return false;
     FileLock lock(scope.file);
     if (!lock.IsHeld())
+    {
+        problem = failureOf(scope.file + ".lock", errno);
         return false;
+    }
 
     // Merge: start from what is on disk now, which another process may have changed.
     if (!loadFromDisk(scope, true))
+    {
+        problem = scope.file + ": damaged, and it could not be moved aside";
         return false;
+    }
 
     plist_t root = static_cast<plist_t>(scope.disk.get());
     for (auto const& change : scope.pending)
@@ -588,10 +652,13 @@ bool ConfigStore::writeScope(Scope& scope)
     std::uint32_t length = 0;
     plist_to_xml(root, &xml, &length);
     if (!xml)
+    {
+        problem = scope.file + ": the settings could not be put into words";
         return false;
+    }
     std::string text(xml, length);
     plist_to_xml_free(xml);
-    if (!writeAtomically(scope.file, text))
+    if (!writeAtomically(scope.file, text, problem))
         return false;
 
     scope.diskText = std::move(text);
@@ -659,7 +726,7 @@ std::vector<std::string> ConfigStore::Names(ConfigScope which)
     return names;
 }
 
-bool ConfigStore::Synchronize()
+bool ConfigStore::Synchronize(std::string* failure)
 {
     std::lock_guard<std::mutex> guard(mutex);
     bool good = true;
@@ -669,7 +736,15 @@ bool ConfigStore::Synchronize()
         if (!scope.loaded)
             continue;
         if (scope.writable && !scope.pending.empty())
-            good = writeScope(scope) && good;
+        {
+            std::string problem;
+            if (!writeScope(scope, problem))
+            {
+                if (good && failure)
+                    *failure = problem;
+                good = false;
+            }
+        }
         else
             loadFromDisk(scope, false);
     }

@@ -91,8 +91,9 @@ public:
     /// The names held in `scope`, unordered.
     std::vector<std::string> Names(ConfigScope scope);
     /// Writes pending changes (merging with other processes' writes) and reloads changed files.
-    /// False when some change could not reach disk; it stays pending for the next call.
-    bool Synchronize();
+    /// False when some change could not reach disk; it stays pending for the next call, and
+    /// `failure`, when given, names the first file that failed and why.
+    bool Synchronize(std::string* failure = nullptr);
 
     ConfigStore(ConfigStore const&) = delete;
     ConfigStore& operator=(ConfigStore const&) = delete;
@@ -131,7 +132,8 @@ private:
     void adoptDisk(Scope& scope, std::shared_ptr<void> dict, std::string text);
     /// Moves a damaged file aside as "<file>.corrupt"; the caller holds the file lock.
     bool keepAside(Scope& scope);
-    bool writeScope(Scope& scope);
+    /// Writes `scope`'s pending changes; on failure `problem` says which file and why.
+    bool writeScope(Scope& scope, std::string& problem);
 
     std::mutex mutex;
     Scope scopes[ScopeCount];

@@ -384,6 +384,36 @@ TEST(LayoutNested, ALayoutThatNamesItselfIsNotLoadedAgain)
     ASSERT_NE(ping->FindChildWindow("pong"), nullptr);
 }
 
+TEST(LayoutNested, AChainOfLayoutsCannotNestWindowsWithoutEnd)
+{
+    // Each file nests windows as deep as the XML reader allows and hands the innermost window
+    // to the next file; without a bound on the whole, the window tree would be tens of
+    // thousands deep and exhaust the stack of whatever walks it.
+    LayoutScene s;
+    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
+    int const files = 256;
+    int const depth = 95;
+    for (int f = 0; f < files; ++f)
+    {
+        std::string open;
+        std::string close;
+        for (int d = 0; d < depth; ++d)
+        {
+            open += "<NewChild Name=\"n\" Type=\"Window\" X=\"0\"" +
+                    (d + 1 == depth ? " Layout=\"L" + std::to_string(f + 1) + "\"/>" : ">");
+            close += d + 1 == depth ? "" : "</NewChild>";
+        }
+        s.WriteLayout("L" + std::to_string(f), LayoutXml("", open + close));
+    }
+    s.UseOverrideFolder();
+    ASSERT_TRUE(root->LoadLayout("L0"));
+    int levels = 0;
+    for (Window* w = root; !w->child_windows().empty(); w = w->child_windows().front())
+        ++levels;
+    EXPECT_GE(levels, 200) << "nested layouts load as written within the bound";
+    EXPECT_LE(levels, 256);
+}
+
 // ---- where a layout comes from
 
 TEST(LayoutRoads, OverrideFolderFilesDoNotCallTheHook)

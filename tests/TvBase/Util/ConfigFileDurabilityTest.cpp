@@ -5,9 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdint>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 using TestSupport::ReadSettingsFile;
 using TestSupport::TempConfigHome;
@@ -118,6 +120,135 @@ TEST(ConfigFileCorruption, EveryKindOfDamageIsKeptAside)
     EXPECT_TRUE(S_ISDIR(info.st_mode));
     home.SwitchToOtherView();
     EXPECT_EQ(ConfigFile("com.test.folder").GetString("k"), "v");
+}
+
+namespace
+{
+
+/// A property list whose one value is `depth` arrays, each inside the one before.
+std::string nestedXml(int depth)
+{
+    std::string text = "<?xml version=\"1.0\"?>\n<plist version=\"1.0\"><dict><key>deep</key>";
+    for (int i = 0; i < depth; ++i)
+        text += "<array>";
+    for (int i = 0; i < depth; ++i)
+        text += "</array>";
+    return text + "<key>k1</key><string>v</string></dict></plist>\n";
+}
+
+/// The same in the binary form: object 0 the dictionary, 1 its key, 2 onwards the arrays.
+std::string nestedBinary(int depth)
+{
+    auto bigEndian = [](std::string& out, std::uint64_t value, int size)
+    {
+        for (int i = size - 1; i >= 0; --i)
+            out += static_cast<char>((value >> (8 * i)) & 0xFF);
+    };
+    std::uint64_t const count = static_cast<std::uint64_t>(depth) + 2;
+    std::string text = "bplist00";
+    std::vector<std::uint64_t> offsets;
+    offsets.push_back(text.size());
+    text += '\xD1';
+    bigEndian(text, 1, 4);
+    bigEndian(text, 2, 4);
+    offsets.push_back(text.size());
+    text += "\x54"
+            "deep";
+    for (int i = 0; i < depth; ++i)
+    {
+        offsets.push_back(text.size());
+        text += i + 1 < depth ? '\xA1' : '\xA0';
+        if (i + 1 < depth)
+            bigEndian(text, static_cast<std::uint64_t>(i) + 3, 4);
+    }
+    std::uint64_t const table = text.size();
+    for (std::uint64_t offset : offsets)
+        bigEndian(text, offset, 4);
+    text += std::string(6, '\0') + "\x04\x04";
+    bigEndian(text, count, 8);
+    bigEndian(text, 0, 8);
+    bigEndian(text, table, 8);
+    return text;
+}
+
+} // namespace
+
+TEST(ConfigFileCorruption, NestingBeyondSaneDepthIsDamage)
+{
+    TempConfigHome home;
+    struct Case
+    {
+        char const* domain;
+        std::string text;
+        bool damaged;
+    };
+    Case const cases[] = {
+        {"com.test.xml100", nestedXml(100), false},
+        {"com.test.binary100", nestedBinary(100), false},
+        {"com.test.xml30000", nestedXml(30000), true},
+        {"com.test.xml100000", nestedXml(100000), true},
+        {"com.test.binary100000", nestedBinary(100000), true},
+    };
+    for (Case const& c : cases)
+    {
+        std::string file = home.UserFolder() + c.domain + ".plist";
+        WriteSettingsFile(file, c.text);
+        ConfigFile config(c.domain);
+        std::vector<String> names;
+        config.GetValueNames(names, "");
+        EXPECT_EQ(names.empty(), c.damaged) << c.domain;
+        EXPECT_EQ(exists(file + ".corrupt"), c.damaged) << c.domain;
+        // Writing goes on: over the good file, or into a fresh one.
+        config.SetString("after", "yes");
+        config.Synchronize();
+        home.SwitchToOtherView();
+        EXPECT_EQ(ConfigFile(c.domain).GetString("after"), "yes") << c.domain;
+    }
+}
+
+TEST(ConfigFileCorruption, SpecialFilesAreDamageAndNeverWaitedOn)
+{
+    TempConfigHome home;
+    WriteSettingsFile(home.UserFolder() + "placeholder", "");
+    std::string fifo = home.UserFolder() + "com.test.fifo.plist";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    std::string device = home.UserFolder() + "com.test.device.plist";
+    ASSERT_EQ(symlink("/dev/zero", device.c_str()), 0);
+    for (char const* domain : {"com.test.fifo", "com.test.device"})
+    {
+        ConfigFile config(domain);
+        EXPECT_TRUE(config.GetString("k").IsNull()) << domain;
+        EXPECT_TRUE(exists(home.UserFolder() + domain + ".plist.corrupt")) << domain;
+        config.SetString("k", "v");
+        config.Synchronize();
+        home.SwitchToOtherView();
+        EXPECT_EQ(ConfigFile(domain).GetString("k"), "v") << domain;
+    }
+}
+
+TEST(ConfigFileLinks, WritesGoThroughASymbolicLinkToItsTarget)
+{
+    TempConfigHome home;
+    std::string target = home.Root() + "/elsewhere/linked.plist";
+    WriteSettingsFile(
+        target, "<plist version=\"1.0\"><dict><key>old</key><string>kept</string></dict></plist>");
+    WriteSettingsFile(home.UserFolder() + "placeholder", "");
+    std::string link = home.UserFolder() + "com.test.link.plist";
+    ASSERT_EQ(symlink("../../elsewhere/linked.plist", link.c_str()), 0);
+
+    ConfigFile config("com.test.link");
+    EXPECT_EQ(config.GetString("old"), "kept");
+    config.SetString("new", "written");
+    config.Synchronize();
+
+    struct stat info;
+    ASSERT_EQ(lstat(link.c_str(), &info), 0);
+    EXPECT_TRUE(S_ISLNK(info.st_mode)) << "the link became a file of its own";
+    std::string const text = ReadSettingsFile(target);
+    EXPECT_NE(text.find("written"), std::string::npos);
+    EXPECT_NE(text.find("kept"), std::string::npos);
+    EXPECT_FALSE(exists(target + ".tmp"));
+    EXPECT_FALSE(exists(link + ".tmp"));
 }
 
 TEST(ConfigFileCorruption, HarmlessOrReadOnlyFilesStayWhereTheyAre)

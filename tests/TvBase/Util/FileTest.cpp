@@ -141,6 +141,41 @@ TEST(FileOpen, MissingFileForReadingThrowsWithErrno)
     EXPECT_FALSE(file.Exists());
 }
 
+TEST(FileOpen, OnlyRegularFilesAreReadAndFifosNeverWaitedOn)
+{
+    TempFolder temp;
+    std::string const fifo = temp / "fifo";
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    struct Case
+    {
+        std::string path;
+        unsigned int mode;
+        char const* message;
+        int error;
+    };
+    Case const cases[] = {
+        {fifo, File::ModeRead, "Not a regular file", EINVAL},
+        {fifo, File::ModeReadWrite, "Not a regular file", EINVAL},
+        {"/dev/zero", File::ModeRead, "Not a regular file", EINVAL},
+        {temp.Path(), File::ModeRead, "Not a regular file", EISDIR},
+        // Nobody reads the FIFO: writing would wait for a reader for ever.
+        {fifo, File::ModeWrite, "Error opening file", ENXIO},
+    };
+    for (Case const& c : cases)
+    {
+        File file{FilePath(c.path.c_str())};
+        FileIO const e = thrownBy([&] { file.Open(c.mode); });
+        EXPECT_EQ(c.message, e.GetMessage()) << c.path;
+        EXPECT_EQ(1, e.GetCode()) << c.path;
+        EXPECT_EQ(c.error, e.GetErrorNumber()) << c.path;
+        EXPECT_FALSE(file.IsOpen());
+    }
+    // A device is still written to.
+    File sink{FilePath("/dev/null")};
+    sink.Open(File::ModeWrite);
+    sink.WriteBlock("x", 1);
+}
+
 TEST(FileIOErrors, ClosedFileOperationsNameTheStep)
 {
     File file{FilePath("/nonexistent-folder-of-tv-tests/x")};

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <string>
+#include <sys/stat.h>
 
 namespace
 {
@@ -163,6 +164,19 @@ TEST(XMLSAXParserSources, ReadsRealFilesAndRefusesMissingOnes)
     EXPECT_EQ(String("Opening and ending tag mismatch: Child line 2 and Window"),
               parser.GetErrorMessage());
     EXPECT_EQ(checked_value<unsigned int>(3), parser.GetLineNumber());
+}
+
+TEST(XMLSAXParserSources, RefusesFifosAndDevicesWithoutWaiting)
+{
+    TestSupport::TempFolder folder("tv-xml");
+    std::string const fifo = folder.Path() + "/waiting.svg";
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    Util::XMLSAXParser parser;
+    for (std::string const& path : {fifo, std::string("/dev/zero")})
+    {
+        EXPECT_FALSE(parser.Parse(FilePath(path.c_str()))) << path;
+        EXPECT_EQ(String("Not a regular file"), parser.GetErrorMessage()) << path;
+    }
 }
 
 TEST(XMLSAXParserSources, ReadsMemoryThatNeedNotEndInNul)

@@ -98,7 +98,7 @@ protected:
     RunResult Run(std::vector<std::string> arguments)
     {
         std::string const program = std::string(TV_BINARY_DIR) + "/bin/tvcheck";
-        std::vector<std::string> environment = {"XDG_CONFIG_HOME=" + settingsFolder.Path(),
+        std::vector<std::string> environment = {"XDG_CONFIG_HOME=" + configHome,
                                                 "TV_UPDATE_HOST=" + updateHost};
         for (char** e = environ; *e; ++e)
             if (std::strncmp(*e, "XDG_CONFIG_HOME=", 16) != 0 &&
@@ -114,7 +114,7 @@ protected:
             argv.push_back(a.data());
         argv.push_back(nullptr);
 
-        std::string const outFile = output.Path() + "/out";
+        std::string const outFile = stdoutPath.empty() ? output.Path() + "/out" : stdoutPath;
         std::string const errFile = output.Path() + "/err";
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
@@ -131,7 +131,7 @@ protected:
             result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         }
         posix_spawn_file_actions_destroy(&actions);
-        result.out = ReadFile(outFile);
+        result.out = stdoutPath.empty() ? ReadFile(outFile) : std::string();
         result.err = ReadFile(errFile);
         return result;
     }
@@ -142,6 +142,9 @@ protected:
     HttpFixture server{served.Path()};
     std::unique_ptr<Util::ConfigFile> settings;
     std::string updateHost;
+    std::string configHome = settingsFolder.Path();
+    /// Where the program's standard output goes instead of a file of the test's.
+    std::string stdoutPath;
 };
 
 } // namespace
@@ -207,14 +210,59 @@ TEST_F(TvCheckTest, FailedChecksExitOneWithTheReason)
 
     run = Run({"--url", server.Url("/stall"), "--timeout", "1"});
     EXPECT_EQ(1, run.status);
-    EXPECT_EQ("tvcheck: no answer from 127.0.0.1:" + std::to_string(server.GetPort()) +
-                  " within 1 second\n",
+    EXPECT_EQ("tvcheck: the request to 127.0.0.1:" + std::to_string(server.GetPort()) +
+                  " timed out after 1 second\n",
               run.err);
 
     updateHost = "gopher://nowhere";
     run = Run({});
     EXPECT_EQ(1, run.status);
     EXPECT_EQ("tvcheck: TV_UPDATE_HOST is not a usable host: gopher://nowhere\n", run.err);
+}
+
+TEST_F(TvCheckTest, FailedTransfersEndAtOnceWithTheirReason)
+{
+    Install("Alpha Mixer", "1.0");
+    HttpFixture tls(std::string(), false);
+    std::string const plainPort = std::to_string(tls.GetPort());
+    struct Case
+    {
+        std::string url;
+        char const* expected;
+    };
+    // Without failing fast each would wait for the whole time-out and give no reason.
+    Case const cases[] = {
+        {server.ClosedUrl("/file"), "tvcheck: cannot connect to 127.0.0.1:"},
+        {"https://127.0.0.1:" + plainPort + "/file", "tvcheck: cannot fetch https://127.0.0.1:"},
+        {server.Url("/redirect/21"), "tvcheck: too many redirects (more than 20) from "},
+    };
+    for (Case const& c : cases)
+    {
+        RunResult run = Run({"--url", c.url, "--timeout", "60"});
+        EXPECT_EQ(1, run.status) << c.url;
+        EXPECT_EQ(0u, run.err.find(c.expected)) << run.err;
+        EXPECT_EQ("", run.out);
+    }
+    // Twenty redirects are still followed.
+    EXPECT_EQ(10, Run({"--url", server.Url("/redirect/20")}).status);
+}
+
+TEST_F(TvCheckTest, AReportOrRecordThatCannotBeWrittenFails)
+{
+    Install("Alpha Mixer", "1.0");
+    stdoutPath = "/dev/full";
+    RunResult run = Run({});
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("tvcheck: could not write the report: No space left on device\n", run.err);
+    stdoutPath.clear();
+
+    // A file where the settings folder would have to be: nothing can be recorded there.
+    configHome = served.Write("not-a-folder", "");
+    run = Run({"--record"});
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("tvcheck: the check was not recorded: " + configHome + "/tavorin: Not a directory\n",
+              run.err);
+    EXPECT_EQ(0, Run({}).status) << "without --record nothing needs writing";
 }
 
 TEST_F(TvCheckTest, RecordsOnlyWhenAsked)

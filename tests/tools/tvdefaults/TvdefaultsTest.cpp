@@ -154,6 +154,10 @@ TEST(Tvdefaults, ReportsErrorsWithTheirExitStatus)
         {"keys", d, "a", "b"},
         {"read", ""},
         {"read", d, "bad\xFFpath"},
+        // Text the settings file cannot hold is refused, never stored as something else.
+        {"write", d, "k", "bad\xFFvalue"},
+        {"write", d, "k", "-string", "bell\x07"},
+        {"write", d, "k", "\x1B[31mred"},
     };
     for (auto const& args : usageErrors)
     {
@@ -191,5 +195,16 @@ TEST(Tvdefaults, SaysSoWhenTheSettingsCannotBeSaved)
     TestSupport::ScopedEnv config("XDG_CONFIG_HOME", blocker.c_str());
     ToolRun run = RunTvdefaults({"write", "com.test.blocked", "k", "v"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.err.find("could not save"), std::string::npos);
+    EXPECT_EQ(run.err, "tvdefaults: could not save com.test.blocked: " + blocker +
+                           "/tavorin: Not a directory\n");
+}
+
+TEST(Tvdefaults, TextWithTabsAndLineBreaksReadsBackExactly)
+{
+    TempConfigHome home;
+    for (std::string const value : {"a\tb", "two\r\nlines\n", "caf\xC3\xA9 \xF0\x9F\x8E\xB9", " "})
+    {
+        ok({"write", "com.test.exact", "k", value});
+        EXPECT_EQ(ok({"read", "com.test.exact", "k"}), value + "\n");
+    }
 }
