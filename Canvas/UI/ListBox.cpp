@@ -536,6 +536,8 @@ bool ListBox::onMousePress(Point const& point, unsigned int flags)
     if (noSelection)
         return true;
     checked_value<unsigned int> const hit = RowAt(point);
+    if (hit)
+        signalRowPressed(*hit);
     if (multipleSelection && isCommand(flags))
     {
         if (hit)

@@ -56,6 +56,8 @@ public:
     /// nothing else.
     Signal<> signalShiftPress;
     Signal<> signalAltPress;
+    /// A press on a row, with its index, whatever it did to the selection.
+    Signal<unsigned int> signalRowPressed;
     /// The row's text was edited through `EditItem`, with its index.
     Signal<unsigned int> signalItemEdited;
 
