@@ -19,3 +19,7 @@ tv_test(tv_lists_tests
     tests/Canvas/UI/Native/FileDialogTest.cpp
     tests/support/TempFolder.cpp
   DEPS tv_ui)
+
+tv_bench(ListsBench
+  SOURCES bench/ListsBench.cpp
+  DEPS tv_ui)
