@@ -6,6 +6,8 @@
 
 #include "Canvas/UI/InputMessage.h"
 #include "Canvas/UI/ScrollView.h"
+#include "TvBase/Controller/BoolParamMemory.h"
+#include "TvBase/Controller/FloatParamMemory.h"
 #include "tests/Canvas/UI/ScrollScene.h"
 
 #include <gtest/gtest.h>
@@ -282,4 +284,34 @@ TEST(ListBox, OnlyTheRowsInViewHaveWindows)
     s.list->Clear();
     EXPECT_TRUE(windows().empty());
     EXPECT_FALSE(s.list->GetCurrent());
+}
+
+TEST(ListBox, RowControlsComeWithTheirRows)
+{
+    ListScene s(40);
+    Controller::BoolParamMemory flag(true);
+    s.list->CreateCheckBox(1, &flag);
+    UI::Window* box = s.list->GetListBoxItem(1)->GetControl();
+    ASSERT_NE(nullptr, box);
+    EXPECT_EQ(String("Checkbox"), box->GetName());
+    EXPECT_GT(s.list->GetItems()[1].edgeMargin, 0);
+
+    // Without a scrub text maker the row stays plain; with one, the row gets "Scrub Text".
+    Controller::FloatParamMemory amount(0.5f, value_range<float>(0.0f, 1.0f));
+    s.list->CreateScrubText(2, &amount);
+    EXPECT_EQ(nullptr, s.list->GetListBoxItem(2)->GetControl());
+    ListBox::SetScrubTextMaker([](UI::Frame* frame, UI::Window* parent, String const& name,
+                                  Controller::FloatParam*) -> UI::Window*
+                               { return new UI::Window(frame, parent, name); });
+    s.list->CreateScrubText(2, &amount);
+    ASSERT_NE(nullptr, s.list->GetListBoxItem(2)->GetControl());
+    EXPECT_EQ(String("Scrub Text"), s.list->GetListBoxItem(2)->GetControl()->GetName());
+    ListBox::SetScrubTextMaker(ListBox::ScrubTextMaker());
+
+    // The control leaves with its row and comes back with it.
+    s.list->SetCurrent(39, true);
+    EXPECT_EQ(nullptr, s.list->GetListBoxItem(1));
+    s.list->SetCurrent(0, true);
+    ASSERT_NE(nullptr, s.list->GetListBoxItem(1)->GetControl());
+    EXPECT_EQ(String("Checkbox"), s.list->GetListBoxItem(1)->GetControl()->GetName());
 }
