@@ -23,3 +23,11 @@ tv_test(tv_lists_tests
 tv_bench(ListsBench
   SOURCES bench/ListsBench.cpp
   DEPS tv_ui)
+
+# Real SDL windows: a row edited through the inline editor, typed into with xdotool.
+tv_test(tv_lists_gui_tests
+  SOURCES
+    tests/Canvas/UI/Native/SDL/ListBoxEditSDLTest.cpp
+    tests/Canvas/UI/Native/SDL/GuiTestSupport.cpp
+  DEPS tv_ui PkgConfig::SDL2
+  LABELS gui)
