@@ -8,6 +8,11 @@ tv_ui_sources(
     Canvas/UI/Knob.cpp
     Canvas/UI/Slider.cpp
     Canvas/UI/ScrubText.cpp
+    Canvas/UI/SliderGroup.cpp
+    Canvas/UI/RGBASlider.cpp
+    Canvas/UI/RGBASliderGroup.cpp
+    Canvas/UI/ColorPicker.cpp
+    Canvas/UI/WindowFactoryRegistration/ParamControlTypes.cpp
   DEPS tv_controller tv_core)
 
 # The tapers, in tables.
