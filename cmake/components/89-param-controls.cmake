@@ -20,3 +20,6 @@ tv_test(tv_param_controls_tests
   SOURCES
     tests/Canvas/UI/SliderScaleTest.cpp
   DEPS tv_ui)
+
+# The gallery's "Controls" page.
+target_sources(tv-gallery PRIVATE examples/gallery/Controls.cpp)
