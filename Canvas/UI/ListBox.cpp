@@ -1,4 +1,5 @@
 #include "Canvas/UI/ListBox.h"
+#include "Canvas/UI/ScrubText.h"
 
 #include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/CheckBox.h"
@@ -16,12 +17,6 @@ namespace
 {
 
 unsigned char const DimmedAlpha = 125;
-
-ListBox::ScrubTextMaker& scrubTextMaker()
-{
-    static ListBox::ScrubTextMaker maker;
-    return maker;
-}
 
 bool isCommand(unsigned int flags)
 {
@@ -323,19 +318,11 @@ void ListBox::CreateCheckBox(unsigned int index, Controller::BoolParam* param)
 
 void ListBox::CreateScrubText(unsigned int index, Controller::FloatParam* param)
 {
-    ScrubTextMaker const maker = scrubTextMaker();
-    if (!maker)
-        return;
     SetItemControl(
         index,
-        [maker, param](Frame* frame, Window* parent)
-        { return maker(frame, parent, "Scrub Text", param); },
+        [param](Frame* frame, Window* parent) -> Window*
+        { return new ScrubText(frame, parent, "Scrub Text", param); },
         60);
-}
-
-void ListBox::SetScrubTextMaker(ScrubTextMaker const& maker)
-{
-    scrubTextMaker() = maker;
 }
 
 // ============================================================================================

@@ -94,12 +94,8 @@ public:
     void SetItemControl(unsigned int index, ListBoxRow::ControlMaker const& maker, int width);
     /// A `UI::CheckBox` named "Checkbox" on `param` at the right end of the row.
     void CreateCheckBox(unsigned int index, Controller::BoolParam* param);
-    /// A scrub text named "Scrub Text" on `param` at the right end of the row, made by the
-    /// maker that `SetScrubTextMaker` installed (there is none until the scrub text joins).
+    /// A `UI::ScrubText` named "Scrub Text" on `param` at the right end of the row.
     void CreateScrubText(unsigned int index, Controller::FloatParam* param);
-    typedef std::function<Window*(Frame*, Window*, String const&, Controller::FloatParam*)>
-        ScrubTextMaker;
-    static void SetScrubTextMaker(ScrubTextMaker const& maker);
 
     // ---- selection
     /// Makes `index` current and alone selected; nothing past the end.

@@ -3,6 +3,7 @@
 // the dimmed rows below the current one, the row readouts, and the windows of the rows in view.
 
 #include "Canvas/UI/ListBox.h"
+#include "Canvas/UI/ScrubText.h"
 
 #include "Canvas/UI/InputMessage.h"
 #include "Canvas/UI/ScrollView.h"
@@ -296,17 +297,12 @@ TEST(ListBox, RowControlsComeWithTheirRows)
     EXPECT_EQ(String("Checkbox"), box->GetName());
     EXPECT_GT(s.list->GetItems()[1].edgeMargin, 0);
 
-    // Without a scrub text maker the row stays plain; with one, the row gets "Scrub Text".
+    // A scrub text on the row's parameter, showing its value.
     Controller::FloatParamMemory amount(0.5f, value_range<float>(0.0f, 1.0f));
     s.list->CreateScrubText(2, &amount);
-    EXPECT_EQ(nullptr, s.list->GetListBoxItem(2)->GetControl());
-    ListBox::SetScrubTextMaker([](UI::Frame* frame, UI::Window* parent, String const& name,
-                                  Controller::FloatParam*) -> UI::Window*
-                               { return new UI::Window(frame, parent, name); });
-    s.list->CreateScrubText(2, &amount);
-    ASSERT_NE(nullptr, s.list->GetListBoxItem(2)->GetControl());
-    EXPECT_EQ(String("Scrub Text"), s.list->GetListBoxItem(2)->GetControl()->GetName());
-    ListBox::SetScrubTextMaker(ListBox::ScrubTextMaker());
+    auto* scrub = dynamic_cast<UI::ScrubText*>(s.list->GetListBoxItem(2)->GetControl());
+    ASSERT_NE(nullptr, scrub);
+    EXPECT_EQ(String("Scrub Text"), scrub->GetName());
 
     // The control leaves with its row and comes back with it.
     s.list->SetCurrent(39, true);
