@@ -4,6 +4,7 @@
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/SimpleScrollBar.h"
 #include "Canvas/UI/SimpleToolTip.h"
+#include "Canvas/UI/SliderGroup.h"
 #include "Canvas/UI/Splitter.h"
 
 #include "Canvas/UI/FocusIndicator.h"
@@ -94,8 +95,8 @@ PushButton* createSimplePushButton(Frame* frame, Window* parent, String const& n
     return button;
 }
 
-// The default look of every primitive that has one; the combo boxes, check-box creator and
-// sliders stay empty until those widgets join the toolkit.
+// The default look of every primitive that has one; the combo boxes and the check-box creator
+// stay empty until those widgets join the toolkit.
 Theme makeCanvasTheme()
 {
     Theme theme;
@@ -105,6 +106,8 @@ Theme makeCanvasTheme()
         .CreateScrollBar(&UI::CreateSimpleScrollBar)
         .CreateEditBox(&UI::CreateSimpleEdit)
         .CreateSplitter(&UI::CreateSimpleSplitter);
+    theme.CreatePresetSlider(&UI::Simple_CreatePresetSlider)
+        .CreateSliderGroup(&UI::Simple_CreateSliderGroup);
     return theme;
 }
 

@@ -18,6 +18,7 @@
 #include "Canvas/UI/Text.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/WindowFactory.h"
+#include "Canvas/UI/WindowFactoryRegistration/ParamControlTypes.h"
 #include "Canvas/UI/WindowStack.h"
 
 namespace UI
@@ -46,6 +47,7 @@ void RegisterBuiltInWindowTypes(WindowFactory& factory)
     factory.Register<SimpleBannerBG>("SimpleBannerBG");
     factory.Register<ScrollView>("ScrollView");
     factory.Register<WindowStack>("WindowStack");
+    RegisterParamControlTypes(factory);
 }
 
 } // namespace UI
