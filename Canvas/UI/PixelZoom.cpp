@@ -8,7 +8,6 @@
 
 #include "Canvas/UI/PixelZoom.h"
 
-#include "Canvas/UI/AGGInlineRenderer.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/CheckBox.h"
 #include "Canvas/UI/DIBits.h"
@@ -23,10 +22,6 @@
 #include "Canvas/UI/SimpleTimer.h"
 #include "Canvas/UI/SliderGroup.h"
 #include "TvBase/Util/Clipboard.h"
-
-#include <agg_conv_stroke.h>
-#include <agg_ellipse.h>
-#include <agg_path_storage.h>
 
 #include <algorithm>
 #include <cmath>
@@ -72,7 +67,7 @@ Rect placeInside(int left, int top, Size const& size, Size const& bounds)
 // ============================================================================================
 
 PixelZoom::PixelZoom(Frame* frame, Window* parent, Util::ConfigFile* config)
-    : Window(frame, parent, "PixelZoom"), config(config),
+    : Window(frame, parent, "PixelZoom"),
       frozenCopy(new MemoryDrawContext("PixelZoom Frozen Copy")),
       zoomFactor(8.0f, value_range<float>(4.0f, 32.0f), config, "PixelZoomFactor"),
       rulerSize(10.0f, value_range<float>(4.0f, 32.0f), config, "PixelZoomRulerSize"),
@@ -329,33 +324,23 @@ void PixelZoom::drawCursorCircle(DrawContext* context)
 {
     if (!sourceRect.Contains(cursor))
         return;
-    AGGInlineRenderer renderer(context, "PixelZoom Circle Renderer");
-    if (!renderer.IsValid())
-        return;
+    // The toolkit's own anti-aliased circle rather than a stroked path: a thin ring's cells
+    // carry negative coverage through the path rasterizer, which it shifts as signed values.
     int const factor = lastFactor;
-    Point const t = renderer.GetTranslation();
-    double const cx = t.x + zoomRect.left + (cursor.x - sourceRect.left) * factor + factor / 2.0;
-    double const cy = t.y + zoomRect.top + (cursor.y - sourceRect.top) * factor + factor / 2.0;
-    double const radius = factor * 0.75 + 2.0;
-    // A dark ring under a light one stays visible over any colour.
+    int const cx = zoomRect.left + (cursor.x - sourceRect.left) * factor + factor / 2;
+    int const cy = zoomRect.top + (cursor.y - sourceRect.top) * factor + factor / 2;
+    int const radius = factor * 3 / 4 + 2;
+    // A light ring between two dark ones stays visible over any colour.
     struct Ring
     {
-        double width;
+        int radius;
         unsigned int color;
     };
-    for (Ring const ring : {Ring{3.0, OutlineColor}, Ring{1.2, WHITE_}})
-    {
-        agg::ellipse circle(cx, cy, radius, radius, 48);
-        agg::conv_stroke<agg::ellipse> stroke(circle);
-        stroke.width(ring.width);
-        renderer.GetRasterizer().reset();
-        renderer.GetRasterizer().add_path(stroke);
-        renderer.GetSolidRenderer().color(agg::rgba8((ring.color >> 16) & 0xFF,
-                                                     (ring.color >> 8) & 0xFF, ring.color & 0xFF,
-                                                     GetEffectiveAlpha()));
-        agg::render_scanlines(renderer.GetRasterizer(), renderer.GetScanline(),
-                              renderer.GetSolidRenderer());
-    }
+    for (Ring const ring :
+         {Ring{radius + 1, OutlineColor}, Ring{radius - 1, OutlineColor}, Ring{radius, WHITE_}})
+        context->DrawRoundedBoxOutline(
+            Rect(cx - ring.radius, cx + ring.radius, cy - ring.radius, cy + ring.radius),
+            unsigned(ring.radius), 1, ring.color, GetEffectiveAlpha());
 }
 
 void PixelZoom::drawGrid(DrawContext* context)
@@ -417,8 +402,9 @@ void PixelZoom::drawDragBox(DrawContext* context)
         context->DrawBox(box, DrawContext::Outline, MeasureColor, 255);
     }
     Font* font = GetCanvas() ? GetCanvas()->GetFont(checked_value<unsigned int>()) : nullptr;
+    // The size goes on the row under the read-out, clear of the zoom area and the controls.
     if (font)
-        context->DrawText(font, Point(zoomRect.left, zoomRect.bottom + 6),
+        context->DrawText(font, Point(5, GetHeight() - 86),
                           String("%1 x %1").Arg(area.Width()).Arg(area.Height()), TextColor, 255);
 }
 

@@ -118,7 +118,6 @@ private:
     boost::shared_ptr<DIBits> copyZoomArea() const;
 
     Frame* sourceFrame = nullptr;
-    Util::ConfigFile* config;
     std::unique_ptr<MemoryDrawContext> frozenCopy;
     bool haveCopy = false;
     Controller::FloatParamConfigFile zoomFactor;

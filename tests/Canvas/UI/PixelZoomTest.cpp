@@ -299,9 +299,18 @@ TEST_F(PixelZoomTest, FreezeKeepsThePictureAndMeasures)
     EXPECT_EQ(nullptr, panel->GetMouseCapture());
     Mouse(UI::MouseMove, BlockCentre(Point(147, 97)));
     EXPECT_EQ(Point(143, 92), zoom->GetMeasureEnd());
+    auto sizeTextInk = [this]
+    {
+        int dark = 0;
+        for (int y = 400 - 86; y < 400 - 72; ++y)
+            for (int x = 5; x < 120; ++x)
+                dark += (PanelPixel(x, y) & 0xFFFFFF) < 0x808080;
+        return dark;
+    };
 
-    // The box outlines blocks 140..143 by 90..92 in the measuring colour.
+    // The box outlines blocks 140..143 by 90..92 in the measuring colour, and "4 x 3" is shown.
     Paint();
+    EXPECT_GT(sizeTextInk(), 10);
     Rect const& z = zoom->GetZoomRect();
     int const left = z.left + (140 - before.left) * 8, top = z.top + (90 - before.top) * 8;
     EXPECT_EQ(0xFFFF0000u, PanelPixel(left + 1, top));
@@ -313,6 +322,7 @@ TEST_F(PixelZoomTest, FreezeKeepsThePictureAndMeasures)
     EXPECT_FALSE(zoom->IsMeasuring());
     MouseOverSource(Point(140, 90));
     Paint();
+    EXPECT_EQ(0, sizeTextInk());
     EXPECT_EQ(0xFF123456u, zoom->GetCursorColor().Get());
 }
 
