@@ -44,7 +44,8 @@ public:
     PixelZoom(Frame* frame, Window* parent, Util::ConfigFile* config);
     ~PixelZoom() override;
 
-    /// The frame whose bitmap is shown; null shows nothing. Frozen content is dropped.
+    /// The frame whose bitmap is shown; null shows nothing. Frozen content is dropped. The frame
+    /// is not owned: whoever destroys it first points the panel elsewhere (or at null).
     void SetZoomFrame(Frame* source);
     Frame* GetZoomFrame() const { return sourceFrame; }
     /// Inverts the freeze switch; thawing drops the measuring box.
