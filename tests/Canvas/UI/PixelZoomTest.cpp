@@ -6,6 +6,7 @@
 
 #include "Canvas/UI/Native/DIBSection.h"
 #include "Canvas/UI/Native/PopupMenu.h"
+#include "Canvas/UI/Native/ScreenShotHost.h"
 #include "Canvas/UI/PNG.h"
 #include "TvBase/Util/Clipboard.h"
 #include "TvBase/Util/ConfigFile.h"
@@ -144,6 +145,28 @@ protected:
         Rect const& z = zoom->GetZoomRect();
         Rect const& r = zoom->GetSourceRect();
         return Point(z.left + (s.x - r.left) * f + f / 2, z.top + (s.y - r.top) * f + f / 2);
+    }
+
+    /// The PNG file at `path` holds the source area of the last draw.
+    void ExpectPngOfSourceArea(std::string const& path) const
+    {
+        std::ifstream in(path, std::ios::binary);
+        std::stringstream bytes;
+        bytes << in.rdbuf();
+        std::string const png = bytes.str();
+        UI::PNG::Bitmap bitmap;
+        ASSERT_EQ(0, UI::PNG::DecodePngImage(reinterpret_cast<unsigned char const*>(png.data()),
+                                             unsigned(png.size()), bitmap));
+        Rect const& r = zoom->GetSourceRect();
+        ASSERT_EQ(r.Width(), bitmap.GetWidth());
+        ASSERT_EQ(r.Height(), bitmap.GetHeight());
+        for (int y = 0; y < r.Height(); y += 7)
+            for (int x = 0; x < r.Width(); x += 5)
+            {
+                unsigned int const c = sourcePixel(r.left + x, r.top + y);
+                EXPECT_EQ(float((c >> 16) & 0xFF), bitmap.red[y][x]);
+                EXPECT_EQ(float(c & 0xFF), bitmap.blue[y][x]);
+            }
     }
 };
 
@@ -368,6 +391,8 @@ TEST_F(PixelZoomTest, ZoomAreaMenuCopiesAPng)
     std::string const oldPath = std::getenv("PATH") ? std::getenv("PATH") : "";
     char const* oldDisplay = std::getenv("DISPLAY");
     std::string const savedDisplay = oldDisplay ? oldDisplay : "";
+    char const* oldWayland = std::getenv("WAYLAND_DISPLAY");
+    std::string const savedWayland = oldWayland ? oldWayland : "";
     setenv("PATH", folder.Path().c_str(), 1);
     setenv("DISPLAY", ":77", 1);
     unsetenv("WAYLAND_DISPLAY");
@@ -377,6 +402,8 @@ TEST_F(PixelZoomTest, ZoomAreaMenuCopiesAPng)
     zoom->choice = 0;
     EXPECT_TRUE(panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(140, 90)), 0, 0));
     setenv("PATH", oldPath.c_str(), 1);
+    if (oldWayland)
+        setenv("WAYLAND_DISPLAY", savedWayland.c_str(), 1);
     if (oldDisplay)
         setenv("DISPLAY", savedDisplay.c_str(), 1);
     else
@@ -387,23 +414,7 @@ TEST_F(PixelZoomTest, ZoomAreaMenuCopiesAPng)
     EXPECT_EQ(String("Save zoom area as a PNG"), zoom->captions[1]);
     EXPECT_TRUE(zoom->enabled[0]);
 
-    std::ifstream in(received, std::ios::binary);
-    std::stringstream bytes;
-    bytes << in.rdbuf();
-    std::string const png = bytes.str();
-    UI::PNG::Bitmap bitmap;
-    ASSERT_EQ(0, UI::PNG::DecodePngImage(reinterpret_cast<unsigned char const*>(png.data()),
-                                         unsigned(png.size()), bitmap));
-    Rect const& r = zoom->GetSourceRect();
-    ASSERT_EQ(r.Width(), bitmap.GetWidth());
-    ASSERT_EQ(r.Height(), bitmap.GetHeight());
-    for (int y = 0; y < r.Height(); y += 7)
-        for (int x = 0; x < r.Width(); x += 5)
-        {
-            unsigned int const c = sourcePixel(r.left + x, r.top + y);
-            EXPECT_EQ(float((c >> 16) & 0xFF), bitmap.red[y][x]);
-            EXPECT_EQ(float(c & 0xFF), bitmap.blue[y][x]);
-        }
+    ExpectPngOfSourceArea(received);
 
     // Without a tool the entry is offered disabled.
     setenv("PATH", "/nonexistent", 1);
@@ -437,6 +448,56 @@ TEST_F(PixelZoomTest, WheelChangesTheFactorByThreeANotch)
     }
     // The factor is kept in the settings.
     EXPECT_FLOAT_EQ(32.0f, config.GetFloat("PixelZoomFactor", 0.0f));
+}
+
+} // namespace
+
+namespace
+{
+
+/// The host's save dialog, answering with a path chosen in advance.
+class SaveAnswer : public UI::Native::ScreenShotHost
+{
+public:
+    checked_value<FilePath> AskSaveFile(String const& title, String const&, String const&,
+                                        String const&, String const& pattern,
+                                        String const& extension) override
+    {
+        asked = std::string(title.CStr()) + "|" + pattern.CStr() + "|" + extension.CStr();
+        return answer;
+    }
+    bool AskYesNo(String const&, String const&) override { return true; }
+    bool SetClipboardImage(UI::DIBits const&) override { return false; }
+    checked_value<unsigned int> GetScreenColor(UI::Point const&) override
+    {
+        return checked_value<unsigned int>();
+    }
+
+    checked_value<FilePath> answer;
+    std::string asked;
+};
+
+TEST_F(PixelZoomTest, SaveZoomAreaWritesThePng)
+{
+    TestSupport::TempFolder folder("tv-pixel-zoom-save");
+    SaveAnswer host;
+    host.answer = FilePath(String((folder.Path() + "/zoomed").c_str()));
+    MouseOverSource(Point(20, 180));
+    Paint();
+
+    // Without the host's dialog the entry is disabled.
+    zoom->choice = UI::Native::PopupMenu::None;
+    panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(20, 180)), 0, 0);
+    ASSERT_EQ(2u, zoom->enabled.size());
+    EXPECT_FALSE(zoom->enabled[1]);
+
+    UI::Native::SetScreenShotHost(&host);
+    zoom->choice = 1;
+    panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(20, 180)), 0, 0);
+    UI::Native::SetScreenShotHost(nullptr);
+    EXPECT_TRUE(zoom->enabled[1]);
+    EXPECT_EQ("Save zoom area as a PNG|*.png|png", host.asked);
+    ExpectPngOfSourceArea(folder.Path() + "/zoomed.png");
 }
 
 } // namespace
