@@ -85,10 +85,10 @@ Window::Window(Frame* frame, Window* parent, String const& name)
 
     Util::Property<String> toolTip = CreateProperty<String>("ToolTip", String(""));
     if (toolTip)
-        toolTip.GetChangedSignal().Connect(&Window::toolTipPropertyChanged, this);
+        WatchProperty("ToolTip", &Window::toolTipPropertyChanged);
     Util::Property<unsigned int> colorProperty = CreateProperty<unsigned int>("Color", color);
     if (colorProperty)
-        colorProperty.GetChangedSignal().Connect(&Window::colorPropertyChanged, this);
+        WatchProperty("Color", &Window::colorPropertyChanged);
 }
 
 Window::~Window()
