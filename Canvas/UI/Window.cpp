@@ -151,10 +151,12 @@ void Window::addChildWindow(Window* child)
 
 void Window::removeChildWindow(Window* child)
 {
-    auto it = std::find(children.begin(), children.end(), child);
-    if (it == children.end())
+    // From the top down: children are taken away last first as their parent dies, and a search
+    // from the front would make that quadratic in the number of children.
+    auto it = std::find(children.rbegin(), children.rend(), child);
+    if (it == children.rend())
         return;
-    children.erase(it);
+    children.erase(std::next(it).base());
     // By name alone: removing a second child of a taken name forgets the first one's entry.
     childrenByName.erase(child->GetName());
 }
