@@ -69,13 +69,14 @@ void ScrollView::insertInfo(checked_value<unsigned int> const& index, Info const
         info.window->Reparent(this);
     auto at = index.present ? children.begin() + index.value : children.end();
     children.insert(at, info);
+    childSet.insert(info.window);
     updateChildren();
 }
 
 void ScrollView::AddChild(checked_value<unsigned int> const& index, Window* window,
                           Point const& point, bool visible)
 {
-    if (!window || GetChildIndex(window).present)
+    if (!window || childSet.count(window))
         return;
     insertInfo(index, Info{window, point, {}, {}, visible});
 }
@@ -83,7 +84,7 @@ void ScrollView::AddChild(checked_value<unsigned int> const& index, Window* wind
 void ScrollView::AddChild(checked_value<unsigned int> const& index, Window* window,
                           checked_value<int> const& minSize, checked_value<int> const& maxSize)
 {
-    if (!window || GetChildIndex(window).present)
+    if (!window || childSet.count(window))
         return;
     if (index.present && index.value > children.size())
         return;
@@ -94,6 +95,8 @@ void ScrollView::AddChild(checked_value<unsigned int> const& index, Window* wind
 
 checked_value<unsigned int> ScrollView::GetChildIndex(Window* window) const
 {
+    if (!childSet.count(window))
+        return {};
     for (std::size_t i = 0; i < children.size(); ++i)
         if (children[i].window == window)
             return static_cast<unsigned int>(i);
@@ -124,6 +127,7 @@ void ScrollView::RemoveChild(unsigned int index)
         return;
     Window* window = children[index].window;
     children.erase(children.begin() + index);
+    childSet.erase(window);
     delete window;
     updateChildren();
 }
@@ -132,6 +136,7 @@ void ScrollView::RemoveChildren()
 {
     std::vector<Info> gone;
     gone.swap(children);
+    childSet.clear();
     for (Info const& info : gone)
         delete info.window;
     updateChildren();
@@ -147,6 +152,7 @@ void ScrollView::onChildRemoved(Window* child)
     if (!index.present)
         return;
     children.erase(children.begin() + index.value);
+    childSet.erase(child);
     if (!IsBeingDestroyed())
         updateChildren();
 }
@@ -350,6 +356,7 @@ void ScrollView::updateChildren()
 {
     if (inUpdate || IsBeingDestroyed())
         return;
+    ++updatePasses;
     updateScrollViewSize();
     updateScrollBars();
     updateLayout();

@@ -4,6 +4,7 @@
 #include "Canvas/UI/ScrollBar.h"
 #include "Canvas/UI/Window.h"
 
+#include <unordered_set>
 #include <vector>
 
 namespace UI
@@ -53,7 +54,9 @@ public:
     Signal<Point> signalScrolled;
 
     /// Adds `window` at virtual `point` before entry `index` (appends when unset). An index
-    /// past the end is ignored. A window that is not yet a child is moved into the view.
+    /// past the end is ignored. A window that is not yet a child is moved into the view. Each
+    /// add runs the update pass, over all children: to add many, bracket them with
+    /// `SetInUpdate`, and the adds cost constant time each and the one pass after them linear.
     void AddChild(checked_value<unsigned int> const& index, Window* window, Point const& point,
                   bool visible = true);
     /// Adds a list child with main-axis limits for splitter drags; a `Splitter` added this way
@@ -112,6 +115,8 @@ public:
 
     /// Sizes the list, places the bars, lays the children out and shows the visible ones.
     void UpdateChildren();
+    /// How many update passes have run (the passes that `SetInUpdate` held back don't count).
+    unsigned long GetUpdatePassCount() const { return updatePasses; }
 
     void Draw(DrawContext* context) override;
     bool onMouseWheel(Point const& p, int delta, unsigned int flags) override;
@@ -165,6 +170,9 @@ private:
     checked_value<int> gapX;
     checked_value<int> gapY;
     std::vector<Info> children;
+    /// The windows of `children`, so that telling whether a window is one costs no search.
+    std::unordered_set<Window*> childSet;
+    unsigned long updatePasses = 0;
     Size size;
     Point pos;
     bool inUpdate = false;

@@ -34,13 +34,13 @@ Text::Text(Frame* frame, Window* parent, String const& name, String const& text,
     SetEnabled(false);
     textProperty = CreateProperty<String>("Text", this->text);
     if (textProperty)
-        textProperty.GetChangedSignal().Connect(&Text::onSetText, this);
+        WatchProperty("Text", &Text::onSetText);
     backgroundColorProperty = CreateProperty<unsigned int>("Background Color", 0u);
     if (backgroundColorProperty)
-        backgroundColorProperty.GetChangedSignal().Connect(&Text::slotBackgroundColorChanged, this);
+        WatchProperty("Background Color", &Text::slotBackgroundColorChanged);
     dropShadowColorProperty = CreateProperty<unsigned int>("Drop Shadow Color", 0u);
     if (dropShadowColorProperty)
-        dropShadowColorProperty.GetChangedSignal().Connect(&Text::slotDropShadowColorChanged, this);
+        WatchProperty("Drop Shadow Color", &Text::slotDropShadowColorChanged);
     if (color)
         SetColor(*color);
     Point const at = position ? *position : Point(0, 0);

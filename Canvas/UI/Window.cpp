@@ -85,10 +85,10 @@ Window::Window(Frame* frame, Window* parent, String const& name)
 
     Util::Property<String> toolTip = CreateProperty<String>("ToolTip", String(""));
     if (toolTip)
-        toolTip.GetChangedSignal().Connect(&Window::toolTipPropertyChanged, this);
+        WatchProperty("ToolTip", &Window::toolTipPropertyChanged);
     Util::Property<unsigned int> colorProperty = CreateProperty<unsigned int>("Color", color);
     if (colorProperty)
-        colorProperty.GetChangedSignal().Connect(&Window::colorPropertyChanged, this);
+        WatchProperty("Color", &Window::colorPropertyChanged);
 }
 
 Window::~Window()
@@ -151,10 +151,12 @@ void Window::addChildWindow(Window* child)
 
 void Window::removeChildWindow(Window* child)
 {
-    auto it = std::find(children.begin(), children.end(), child);
-    if (it == children.end())
+    // From the top down: children are taken away last first as their parent dies, and a search
+    // from the front would make that quadratic in the number of children.
+    auto it = std::find(children.rbegin(), children.rend(), child);
+    if (it == children.rend())
         return;
-    children.erase(it);
+    children.erase(std::next(it).base());
     // By name alone: removing a second child of a taken name forgets the first one's entry.
     childrenByName.erase(child->GetName());
 }

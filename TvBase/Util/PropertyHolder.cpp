@@ -24,8 +24,17 @@ bool PropertyHolder::setValue(PropertyValue& property, boost::any value)
     if (property.value.type() != value.type())
         return false;
     property.value = std::move(value);
-    (*property.changed)();
+    notifyChanged(property);
     return true;
+}
+
+void PropertyHolder::notifyChanged(PropertyValue& property)
+{
+    // The signal is held for the call: a slot may not take the record's away mid-emission.
+    boost::shared_ptr<Signal<>> const changed = property.changed;
+    if (property.watcher)
+        (this->*property.watcher)();
+    (*changed)();
 }
 
 bool PropertyHolder::setSerializedProperty(PropertyValue& property, boost::any value)
@@ -38,7 +47,7 @@ bool PropertyHolder::setSerializedProperty(PropertyValue& property, boost::any v
     if (value.type() == property.value.type())
     {
         property.value = std::move(value);
-        (*property.changed)();
+        notifyChanged(property);
     }
     return true;
 }

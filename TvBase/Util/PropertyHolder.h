@@ -63,6 +63,8 @@ public:
         boost::shared_ptr<Signal<>> changed;
         /// The mangled type name of what the property must resolve to, when it has to.
         checked_value<String> requiredValueType;
+        /// The holder's own operation called on every change, before the slots of `changed`.
+        void (PropertyHolder::*watcher)() = nullptr;
     };
     typedef std::map<String, PropertyValue> PropertyMap;
 
@@ -108,6 +110,20 @@ public:
     /// Marks the property to be saved with the layout, or unmarks it, as the design tools do.
     /// False when the name is unknown.
     bool SetPropertySerialize(String const& name, bool serialize);
+    /// Has the holder's own `method` called whenever the value in force of property `name`
+    /// changes, before the slots of its change signal. What a signal connection does, for the
+    /// holder's own properties, without a connection's hundreds of bytes in every window. False
+    /// when the name is unknown; a later call replaces the method.
+    template <typename T>
+    bool WatchProperty(String const& name, void (T::*method)())
+    {
+        PropertyValue* p = FindProperty(name);
+        if (!p)
+            return false;
+        p->watcher = static_cast<void (PropertyHolder::*)()>(method);
+        return true;
+    }
+
     /// The change signal of a property, or null when the name is unknown.
     Signal<>* GetPropertyChangedSignal(String const& name) const;
     /// The record of a property, or null when the name is unknown. Valid while this holder lives.
@@ -123,6 +139,8 @@ private:
 
     /// Code's write to the value in force, shared by `SetProperty` and `Property::Set`.
     bool setValue(PropertyValue& property, boost::any value);
+    /// Tells the watcher and the slots of `changed` that the value in force changed.
+    void notifyChanged(PropertyValue& property);
     PropertyValue* addProperty(String const& name, boost::any defaultValue);
 
     PropertyMap properties;

@@ -4,6 +4,7 @@
 #include "TvBase/Util/FolderPath.h"
 #include "TvBase/Util/String.h"
 #include "TvBase/Util/checked_value.h"
+#include "TvBase/Util/detail/ResourceDirectory.h"
 
 #include <map>
 #include <memory>
@@ -48,6 +49,10 @@ public:
     /// when neither exists or one is over `MaxFileSize` bytes. `Util::Exception::FileIO` from
     /// opening or reading passes to the caller.
     bool Init(FolderPath const& folder, checked_value<String> filename = {});
+    /// What was wrong with the packed file at the last `Init` that read the disk, naming the
+    /// file: none found, not a regular file (skipped), too big, empty, or a directory that breaks
+    /// off (the entries before the break are served). Empty when the file loaded whole.
+    String const& GetProblem() const { return problem; }
 
     /// The bytes of resource `name`: from the override folder when enabled and the file is
     /// there, otherwise from the packed file. False, with `data` null and `size` 0, when
@@ -64,20 +69,28 @@ public:
     checked_value<FolderPath> const& GetOverridePath() const;
 
 private:
+    /// One directory entry; the name is not copied but lies in the loaded file at `nameAt`.
+    /// Sixteen bytes an entry, so that a directory of millions costs what its file does.
     struct Entry
     {
+        unsigned int nameAt;
+        unsigned int nameLength;
         unsigned int offset;
         unsigned int size;
     };
     struct Override;
 
     bool getOverrideFile(String const& name, unsigned char const*& data, unsigned int& size) const;
+    detail::DirectoryEnd readDirectory();
+    Entry const* find(String const& name) const;
 
     unsigned char const* data = nullptr;
     std::unique_ptr<unsigned char[]> buffer;
     unsigned long long bufferSize = 0;
-    std::map<String, Entry> entries;
+    /// Sorted by name, one entry a name (the last of repeated names).
+    std::vector<Entry> entries;
     std::unique_ptr<Override> override;
+    String problem;
 };
 
 } // namespace Util

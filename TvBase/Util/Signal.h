@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -215,7 +216,11 @@ public:
     /// A slot connected meanwhile waits for the next emission; a slot disconnected meanwhile
     /// (its target destroyed included) is not called. An exception from a slot passes out to
     /// the caller, and the later slots are skipped.
-    void operator()(Args... args) const { signal(args...); }
+    void operator()(Args... args) const
+    {
+        if (signal)
+            (*signal)(args...);
+    }
 
     /// A member function of `target`, called with the signal's arguments; or, when it takes no
     /// arguments, called with none (the signal's arguments are dropped). When `U` derives from
@@ -265,7 +270,7 @@ public:
     {
         static_assert(std::is_same<typename Signal<B...>::BoostSignal, BoostSignal>::value,
                       "a chained signal takes the same arguments");
-        return Connection(signal.connect(static_cast<SignalImpl&>(other).signal));
+        return Connection(boostSignal().connect(static_cast<SignalImpl&>(other).boostSignal()));
     }
 
     /// Chains a signal of one argument with that argument fixed now (converted once, here).
@@ -274,16 +279,20 @@ public:
     Connection Connect(Signal<B, Rest...>& other, V const& value)
     {
         typedef typename Signal<B, Rest...>::BoostSignal OtherSignal;
-        OtherSignal& target = static_cast<typename Signal<B, Rest...>::Base&>(other).signal;
+        OtherSignal& target = static_cast<typename Signal<B, Rest...>::Base&>(other).boostSignal();
         return connect(boost::bind(boost::ref(target), std::decay_t<B>(value)));
     }
 
     /// True when no slot is connected.
-    bool IsEmpty() const { return signal.empty(); }
+    bool IsEmpty() const { return !signal || signal->empty(); }
     /// The number of connected slots.
-    std::size_t GetSlotCount() const { return signal.num_slots(); }
+    std::size_t GetSlotCount() const { return signal ? signal->num_slots() : 0; }
     /// Disconnects every slot.
-    void DisconnectAll() { signal.disconnect_all_slots(); }
+    void DisconnectAll()
+    {
+        if (signal)
+            signal->disconnect_all_slots();
+    }
 
 private:
     template <typename List>
@@ -292,7 +301,16 @@ private:
     template <typename F>
     Connection connect(F const& f)
     {
-        return Connection(signal.connect(f, boost::signals2::at_back));
+        return Connection(boostSignal().connect(f, boost::signals2::at_back));
+    }
+
+    /// The slot list, made at the first connection: most signals of most windows never get one,
+    /// and an empty list still costs hundreds of bytes.
+    BoostSignal& boostSignal() const
+    {
+        if (!signal)
+            signal.reset(new BoostSignal);
+        return *signal;
     }
 
     template <typename M, typename U, std::size_t... I>
@@ -310,7 +328,7 @@ private:
             boost::bind(FunctionSlot<Args...>::Get(), tracked, function, boost::arg<I + 1>()...));
     }
 
-    mutable BoostSignal signal;
+    mutable std::unique_ptr<BoostSignal> signal;
 };
 
 } // namespace tv_signal_detail

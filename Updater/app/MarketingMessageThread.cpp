@@ -6,6 +6,8 @@
 #include "TvBase/Network/Http.h"
 #include "TvBase/Util/CriticalSection.h"
 
+#include <cstring>
+
 namespace Updater
 {
 
@@ -25,6 +27,27 @@ int attributeNumber(String const& page, checked_value<unsigned int> const& posit
         return 0;
     checked_value<int> number = text.ToInt(10);
     return number.present ? number.value : 0;
+}
+
+/// The largest banner taken: wider or taller, the picture would cost its width times its height
+/// in memory before anything could be said about it, and stretch the window past the screen.
+unsigned long const maxBannerWidth = 4096;
+unsigned long const maxBannerHeight = 1024;
+
+unsigned long bigEndian32(unsigned char const* p)
+{
+    return static_cast<unsigned long>(p[0]) << 24 | static_cast<unsigned long>(p[1]) << 16 |
+           static_cast<unsigned long>(p[2]) << 8 | p[3];
+}
+
+/// True when the header chunk, which a PNG must begin with, gives a size past the limits. A
+/// body without that chunk is left for the decoder to refuse.
+bool isOversizedPng(std::vector<unsigned char> const& bytes)
+{
+    if (bytes.size() < 24 || std::memcmp(bytes.data() + 12, "IHDR", 4) != 0)
+        return false;
+    return bigEndian32(bytes.data() + 16) > maxBannerWidth ||
+           bigEndian32(bytes.data() + 20) > maxBannerHeight;
 }
 
 } // namespace
@@ -165,7 +188,7 @@ void MarketingMessageThread::run()
     bool isPng = bytes.size() >= sizeof(pngSignature);
     for (std::size_t i = 0; isPng && i < sizeof(pngSignature); ++i)
         isPng = bytes.at(i) == pngSignature[i];
-    if (!isPng)
+    if (!isPng || isOversizedPng(bytes))
     {
         storeConnectionSuccess(false, "Cannot parse image data as png");
         return;

@@ -31,11 +31,22 @@ void UpdatesPanel::CreateUI(Updater::UpdaterThread* updaterThread)
     std::vector<boost::shared_ptr<Updater::UpdateEntry>> entries;
     if (!updaterThread || !updaterThread->GetUpdateData(entries))
         return;
+    AddEntries(entries);
+}
+
+void UpdatesPanel::AddEntries(std::vector<boost::shared_ptr<Updater::UpdateEntry>> const& entries)
+{
+    // One layout pass for all rows, not one per row over all the rows before it.
+    bool const wasInUpdate = scrollView->IsInUpdate();
+    scrollView->SetInUpdate(true);
     for (auto const& entry : entries)
     {
         if (entry)
             addEntry(*entry);
     }
+    scrollView->SetInUpdate(wasInUpdate);
+    if (!wasInUpdate)
+        scrollView->UpdateChildren();
 }
 
 void UpdatesPanel::addEntry(Updater::UpdateEntry const& entry)

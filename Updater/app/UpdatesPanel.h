@@ -2,6 +2,10 @@
 
 #include "Canvas/UI/Window.h"
 
+#include <boost/shared_ptr.hpp>
+
+#include <vector>
+
 namespace Updater
 {
 class UpdaterThread;
@@ -23,6 +27,8 @@ public:
     /// Adds a row for each entry of the worker's result, in order; nothing when the check
     /// failed.
     void CreateUI(Updater::UpdaterThread* updaterThread);
+    /// A row for each entry, in order, laid out in one pass after the last.
+    void AddEntries(std::vector<boost::shared_ptr<Updater::UpdateEntry>> const& entries);
     /// One row "Program Item: <product>", as wide as the scroll view and 30 high.
     void addEntry(Updater::UpdateEntry const& entry);
     void slotTest() {}

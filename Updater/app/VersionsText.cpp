@@ -39,11 +39,16 @@ void ParseVersionsText(String const& text, VersionSettings& settings,
     std::vector<String> installedKeys;
     settings.GetKeyNames(installedKeys, kInstalledProducts);
 
-    std::vector<String> lines;
-    text.Split('\n', lines);
+    // One line at a time rather than all of them split up front: a body of millions of blank
+    // lines would otherwise cost a string for each, many times the body's size.
     std::vector<String> fields;
-    for (String const& line : lines)
+    unsigned int const length = text.Length();
+    for (unsigned int start = 0; start <= length;)
     {
+        checked_value<unsigned int> const newline = text.Find('\n', start);
+        unsigned int const end = newline.present ? newline.value : length;
+        String const line = text.Mid(start, end - start);
+        start = end + 1;
         line.Split('|', fields);
         if (fields.size() < 3)
         {

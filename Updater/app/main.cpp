@@ -9,6 +9,13 @@
 #include <cstdio>
 #include <vector>
 
+namespace
+{
+
+char const* const mainWindowLayout = "UI/Layout/MainWindow.layout";
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     std::vector<String> args;
@@ -17,24 +24,34 @@ int main(int argc, char** argv)
     if (Updater::ProgramInfo::PrintIfAsked(args))
         return 0;
 
-    // The packed resources sit in the installed data folder or beside the executable. Without
-    // them every window would come up empty and unusable, so the program says why and ends; a
-    // file that cannot be read (a FIFO, a folder) says so too.
+    // The packed resources sit in the installed data folder or beside the executable. Whatever
+    // keeps them from loading whole is said, never passed over; what is intact still serves.
+    // Without them, or without the main window's layout, every widget would stand at 0 by 0,
+    // the Close button with them: better to stop and say so.
     String const folder = Util::GetModuleDirectory(String(""), nullptr, true);
+    Util::ResourceManager& resources = Util::ResourceManager::Get();
     bool loaded = false;
     try
     {
-        loaded = Util::ResourceManager::Get().Init(FolderPath(folder));
+        loaded = resources.Init(FolderPath(folder));
+        if (!resources.GetProblem().IsEmpty())
+            std::fprintf(stderr, "tavorin-updater: resources: %s\n", resources.GetProblem().CStr());
     }
     catch (Util::Exception::FileIO const& e)
     {
-        std::fprintf(stderr, "tavorin-updater: %s: %s\n", e.GetMessage().CStr(),
-                     e.GetPath().ToString().CStr());
+        std::fprintf(stderr, "tavorin-updater: resources: %s: %s\n", e.GetPath().ToString().CStr(),
+                     e.GetMessage().CStr());
     }
     if (!loaded)
     {
         std::fprintf(stderr, "%s\n",
                      Updater::ProgramInfo::MissingResourcesMessage(folder.CStr()).c_str());
+        return 1;
+    }
+    if (!resources.GetFile(String(mainWindowLayout)).data)
+    {
+        std::fprintf(stderr, "tavorin-updater: cannot show its window without \"%s\"\n",
+                     mainWindowLayout);
         return 1;
     }
 

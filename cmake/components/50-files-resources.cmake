@@ -39,6 +39,7 @@ tv_test(tv_files_tests
     tests/TvBase/Util/ByteStreamTest.cpp
     tests/TvBase/Util/FileStreamTest.cpp
     tests/TvBase/Util/ResourceManagerTest.cpp
+    tests/support/PeakMemory.cpp
     tests/TvBase/Language/TranslatorTest.cpp
     tests/tools/TvResembedTest.cpp
     tests/support/TempFolder.cpp

@@ -9,6 +9,7 @@ tv_library(tv_updater
 tv_test(tv_updater_tests
   SOURCES
     tests/Updater/app/VersionsTextTest.cpp
+    tests/support/PeakMemory.cpp
   DEPS tv_updater)
 
 tv_bench(tv_string_bench

@@ -26,7 +26,7 @@ add_dependencies(tavorin-updater updater_resources)
 
 # The command line, in process and as a program.
 tv_test(tv_app_tests
-  SOURCES tests/Updater/app/RunApplicationTest.cpp
+  SOURCES tests/Updater/app/RunApplicationTest.cpp tests/support/TempFolder.cpp
   DEPS tv_app)
 add_dependencies(tv_app_tests tavorin-updater)
 
@@ -40,3 +40,17 @@ add_test(NAME UpdaterApp.EndToEnd
           --artifacts ${CMAKE_BINARY_DIR}/artifacts)
 set_tests_properties(UpdaterApp.EndToEnd PROPERTIES
   LABELS gui TIMEOUT 300 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
+
+# Many rows in the list of updates: laid out in one pass, kilobytes a row; the benchmark shows
+# 1,000 to 100,000 rows.
+tv_test(tv_update_rows_tests
+  SOURCES tests/Updater/app/UpdatesPanelTest.cpp tests/support/PeakMemory.cpp
+  DEPS tv_app)
+add_dependencies(tv_update_rows_tests updater_resources)
+tv_bench(UpdateRowsBench
+  SOURCES bench/UpdateRowsBench.cpp
+  DEPS tv_app)
+if(TARGET UpdateRowsBench)
+  target_compile_definitions(UpdateRowsBench PRIVATE TV_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  add_dependencies(UpdateRowsBench updater_resources)
+endif()

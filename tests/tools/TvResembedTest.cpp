@@ -1,5 +1,6 @@
 #include "TvBase/Util/FileIOException.h"
 #include "TvBase/Util/ResourceManager.h"
+#include "TvBase/Util/detail/ResourceDirectory.h"
 
 #include "tests/support/TempFolder.h"
 
@@ -7,9 +8,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 using TestSupport::ReadFile;
 using TestSupport::TempFolder;
@@ -24,11 +27,11 @@ struct PackerRun
 };
 
 /// Runs the packer with `arguments` (already quoted for the shell) and collects its standard
-/// output and exit status.
-PackerRun packer(std::string const& arguments)
+/// output (with its standard error after it when `withErrors`) and exit status.
+PackerRun packer(std::string const& arguments, bool withErrors = false)
 {
-    std::string const command =
-        std::string("'") + TV_BINARY_DIR + "/bin/tvresembed' " + arguments + " 2>/dev/null";
+    std::string const command = std::string("'") + TV_BINARY_DIR + "/bin/tvresembed' " + arguments +
+                                (withErrors ? " 2>&1" : " 2>/dev/null");
     PackerRun run{-1, std::string()};
     FILE* pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr)
@@ -141,4 +144,82 @@ TEST(TvResembed, UsageErrorsAndFailures)
     ASSERT_EQ(0, packer("pack " + quoted(temp / "in") + " " + quoted(temp / "out")).status);
     EXPECT_EQ(1, packer("extract " + quoted(temp / "out") + " b").status);
     EXPECT_EQ(1, packer("pack " + quoted(temp / "in") + " " + quoted(temp / "in/a/out")).status);
+}
+
+TEST(TvResembed, ListShowsControlCharactersInNamesEscaped)
+{
+    TempFolder temp;
+    std::vector<String> const names = {"esc\x1b[31mred", "tab\tnew\nline\r", "back\\slash",
+                                       "caf\xc3\xa9",    "c1\xc2\x9b",       "bad\xff\x7f"};
+    std::vector<unsigned char> const packed = Util::detail::BuildResourceFile(
+        names, std::vector<std::vector<unsigned char>>(names.size(), {'x'}));
+    std::string const path = temp.Write("r.resembed", std::string(packed.begin(), packed.end()));
+    PackerRun const list = packer("list " + quoted(path));
+    EXPECT_EQ(0, list.status);
+    EXPECT_EQ("esc\\x1b[31mred\t1\ntab\\tnew\\nline\\r\t1\nback\\\\slash\t1\n"
+              "caf\xc3\xa9\t1\nc1\\xc2\\x9b\t1\nbad\\xff\\x7f\t1\n",
+              list.output);
+}
+
+TEST(TvResembed, ListAndExtractRefuseWhatIsNoPackedFile)
+{
+    TempFolder temp;
+    temp.Write("empty", "");
+    std::string const fifo = temp / "fifo";
+    ASSERT_EQ(0, ::mkfifo(fifo.c_str(), 0600));
+    std::string const big = temp / "big";
+    std::filesystem::resize_file(temp.Write("big", ""), Util::ResourceManager::MaxFileSize + 1);
+
+    struct Case
+    {
+        std::string path;
+        char const* says;
+    } const cases[] = {
+        {"/dev/zero", "not a regular file"},
+        {fifo, "not a regular file"},
+        {temp / "missing", "No such file"},
+        {big, "more than the 100000000 bytes a program loads"},
+        {temp / "empty", "empty, not a packed resource file"},
+    };
+    for (Case const& c : cases)
+    {
+        PackerRun const list = packer("list " + quoted(c.path), true);
+        EXPECT_EQ(1, list.status) << c.path;
+        EXPECT_NE(std::string::npos, list.output.find(c.says)) << c.path << ": " << list.output;
+        if (std::string(c.says) != "empty, not a packed resource file")
+        {
+            EXPECT_EQ(1, packer("extract " + quoted(c.path) + " a").status) << c.path;
+        }
+    }
+}
+
+TEST(TvResembed, ListReadsOnlyTheDirectory)
+{
+    // A file just under the limit, nearly all payload: listing it must not load the payload.
+    TempFolder temp;
+    std::vector<unsigned char> directory = Util::detail::BuildResourceFile({"big.bin"}, {{}});
+    unsigned int const payload = static_cast<unsigned int>(Util::ResourceManager::MaxFileSize) -
+                                 static_cast<unsigned int>(directory.size());
+    for (int shift = 0; shift < 32; shift += 8)
+        directory[directory.size() - 5 + shift / 8] = static_cast<unsigned char>(payload >> shift);
+    std::string const path =
+        temp.Write("big.resembed", std::string(directory.begin(), directory.end()));
+    std::filesystem::resize_file(path, Util::ResourceManager::MaxFileSize);
+
+    // Run from a small Python: a child's peak counts its parent's size at the spawn, and this
+    // test process may be large by now.
+    std::string const command =
+        "python3 -c 'import resource, subprocess, sys; "
+        "r = subprocess.run(sys.argv[2:], stdout=open(sys.argv[1], \"wb\")); "
+        "print(r.returncode, resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)' '" +
+        temp / "out" + "' '" + TV_BINARY_DIR + "/bin/tvresembed' list '" + path + "'";
+    FILE* pipe = ::popen(command.c_str(), "r");
+    ASSERT_NE(nullptr, pipe);
+    int status = -1;
+    long maxrss = -1;
+    EXPECT_EQ(2, std::fscanf(pipe, "%d %ld", &status, &maxrss));
+    ::pclose(pipe);
+    EXPECT_EQ(0, status);
+    EXPECT_EQ("big.bin\t" + std::to_string(payload) + "\n", ReadFile(temp / "out"));
+    EXPECT_LT(maxrss, 40 * 1024) << "kilobytes resident";
 }

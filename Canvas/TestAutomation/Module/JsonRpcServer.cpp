@@ -1,5 +1,6 @@
 #include "Canvas/TestAutomation/Module/JsonRpcServer.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <fcntl.h>
@@ -107,8 +108,14 @@ void JsonRpcServer::Poll()
         if (!c.dead)
             serveLines(c);
     }
+    TimePoint const time = now();
     for (auto& c : connections)
+    {
         writeTo(*c);
+        // A driver that went silent without closing would keep its slot for ever.
+        if (time - c->lastActive > IdleLimit)
+            c->dead = true;
+    }
     dropDead();
     polling = false;
 }
@@ -120,26 +127,48 @@ void JsonRpcServer::acceptPending()
         int const fd = ::accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
         if (fd < 0)
             return; // EAGAIN, or a connection that died before it was accepted
+        if (connections.size() >= MaxConnections)
+        {
+            refuse(fd);
+            continue;
+        }
         int const yes = 1;
         ::setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
         std::unique_ptr<Connection> c(new Connection);
         c->socket = fd;
+        c->lastActive = now();
         connections.push_back(std::move(c));
     }
+}
+
+void JsonRpcServer::refuse(int socket)
+{
+    // Said at once rather than left hanging in the backlog; a driver that cannot take even this
+    // much just sees the connection close.
+    std::string const line =
+        RequestDispatcher::ErrorLine(RequestDispatcher::HandlerError, "Too many connections") +
+        "\n";
+    ssize_t const sent = ::send(socket, line.data(), line.size(), MSG_NOSIGNAL);
+    static_cast<void>(sent);
+    ::shutdown(socket, SHUT_RDWR);
+    ::close(socket);
 }
 
 void JsonRpcServer::readFrom(Connection& c)
 {
     char buffer[65536];
-    for (;;)
+    // One byte past a line's worth is enough to tell an over-long line; the rest stays in the
+    // socket until the lines before it are served. Replies the driver leaves unread stop the
+    // reading too, so it cannot pile up requests whose answers nobody takes.
+    while (c.input.size() <= MaxLineBytes && c.output.size() <= MaxLineBytes)
     {
-        ssize_t const n = ::recv(c.socket, buffer, sizeof buffer, 0);
+        std::size_t const room = MaxLineBytes + 1 - c.input.size();
+        ssize_t const n = ::recv(c.socket, buffer, std::min(sizeof buffer, room), 0);
         if (n > 0)
         {
             c.input.append(buffer, static_cast<std::size_t>(n));
-            // Stop reading once a whole over-long line is certain; the rest is never looked at.
-            if (c.input.size() > MaxLineBytes && c.input.find('\n') == std::string::npos)
-                break;
+            c.lastActive = now();
+            inputHighWater = std::max(inputHighWater, c.input.size());
             continue;
         }
         if (n == 0)

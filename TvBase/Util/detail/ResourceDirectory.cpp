@@ -25,32 +25,53 @@ void appendLittleEndian32(std::vector<unsigned char>& out, unsigned long long va
 
 } // namespace
 
+DirectoryEnd
+ParseResourceDirectoryPrefix(unsigned char const* data, std::size_t available, std::size_t fileSize,
+                             std::function<void(ResourceDirectoryEntry const&)> const& visit,
+                             std::size_t* count)
+{
+    if (count)
+        *count = 0;
+    std::size_t cursor = 0;
+    while (cursor < fileSize)
+    {
+        if (cursor >= available)
+            return DirectoryEnd::NeedsMore;
+        if (data[cursor] == 0)
+            return DirectoryEnd::Closed;
+        void const* nul = std::memchr(data + cursor, 0, available - cursor);
+        if (nul == nullptr)
+            return available == fileSize ? DirectoryEnd::Damaged : DirectoryEnd::NeedsMore;
+        std::size_t const nameEnd = static_cast<unsigned char const*>(nul) - data;
+        if (fileSize - nameEnd - 1 < 8)
+            return DirectoryEnd::Damaged;
+        if (available - nameEnd - 1 < 8)
+            return DirectoryEnd::NeedsMore;
+        unsigned int const offset = readLittleEndian32(data + nameEnd + 1);
+        unsigned int const size = readLittleEndian32(data + nameEnd + 5);
+        if (offset > fileSize || size > fileSize - offset)
+            return DirectoryEnd::Damaged;
+        if (visit)
+        {
+            ResourceDirectoryEntry entry;
+            entry.name = String(reinterpret_cast<char const*>(data + cursor),
+                                static_cast<unsigned int>(nameEnd - cursor));
+            entry.offset = offset;
+            entry.size = size;
+            visit(entry);
+        }
+        if (count)
+            ++*count;
+        cursor = nameEnd + 9;
+    }
+    return DirectoryEnd::Damaged;
+}
+
 std::size_t ParseResourceDirectory(unsigned char const* data, std::size_t fileSize,
                                    std::function<void(ResourceDirectoryEntry const&)> const& visit)
 {
     std::size_t count = 0;
-    std::size_t cursor = 0;
-    while (cursor < fileSize && data[cursor] != 0)
-    {
-        void const* nul = std::memchr(data + cursor, 0, fileSize - cursor);
-        if (nul == nullptr)
-            break;
-        std::size_t const nameEnd = static_cast<unsigned char const*>(nul) - data;
-        if (fileSize - nameEnd - 1 < 8)
-            break;
-        unsigned int const offset = readLittleEndian32(data + nameEnd + 1);
-        unsigned int const size = readLittleEndian32(data + nameEnd + 5);
-        if (offset > fileSize || size > fileSize - offset)
-            break;
-        ResourceDirectoryEntry entry;
-        entry.name = String(reinterpret_cast<char const*>(data + cursor),
-                            static_cast<unsigned int>(nameEnd - cursor));
-        entry.offset = offset;
-        entry.size = size;
-        visit(entry);
-        ++count;
-        cursor = nameEnd + 9;
-    }
+    ParseResourceDirectoryPrefix(data, fileSize, fileSize, visit, &count);
     return count;
 }
 

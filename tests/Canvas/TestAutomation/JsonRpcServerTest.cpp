@@ -8,11 +8,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 using TestAutomation::JsonRpcServer;
 using TestAutomation::RPCReplyInterface;
@@ -196,4 +198,69 @@ TEST(JsonRpcServer, ListensOnLoopbackOnly)
         EXPECT_EQ("0100007F", local.substr(0, 8));
     }
     EXPECT_EQ(1, listeners);
+}
+
+TEST(JsonRpcServer, DeepNestingIsAParseErrorAndTheConnectionGoesOn)
+{
+    Served s;
+    RpcTestClient c(s.port);
+    std::string const deep = std::string(100000, '[') + std::string(100000, ']');
+    std::string const reply = c.Call(deep, s.pump);
+    EXPECT_NE(std::string::npos, reply.find("-32700")) << reply;
+    EXPECT_NE(std::string::npos, reply.find("nesting too deep")) << reply;
+    EXPECT_EQ(ReplyAda, c.Call(GreetAda, s.pump));
+}
+
+TEST(JsonRpcServer, InputIsNeverReadFarPastOneLine)
+{
+    // A good request, then far more than a line's worth without a newline: the request is
+    // answered, the rest cut at the limit, and the connection never holds much more than that.
+    Served s;
+    RpcTestClient c(s.port);
+    c.Send(GreetAda + "\n" + std::string(8 * JsonRpcServer::MaxLineBytes, 'x'), s.pump);
+    std::string line;
+    ASSERT_TRUE(c.ReadLine(s.pump, line)); // the handler's notice
+    ASSERT_TRUE(c.ReadLine(s.pump, line));
+    EXPECT_EQ(ReplyAda, line);
+    ASSERT_TRUE(c.ReadLine(s.pump, line));
+    EXPECT_NE(std::string::npos, line.find("Request line too long"));
+    EXPECT_TRUE(c.WaitForClose(s.pump));
+    EXPECT_LE(s.server.GetInputHighWater(), JsonRpcServer::MaxLineBytes + 1);
+}
+
+TEST(JsonRpcServer, ClientsPastTheCapAreRefusedAtOnceAndIdleOnesDropped)
+{
+    Served s;
+    auto time = std::chrono::steady_clock::now();
+    s.server.SetClock([&time] { return time; });
+    std::vector<std::unique_ptr<RpcTestClient>> clients;
+    for (std::size_t i = 0; i < JsonRpcServer::MaxConnections; ++i)
+    {
+        clients.emplace_back(new RpcTestClient(s.port));
+        s.server.Poll();
+    }
+    EXPECT_EQ(std::size_t(JsonRpcServer::MaxConnections), s.server.GetConnectionCount());
+
+    RpcTestClient extra(s.port);
+    std::string line;
+    ASSERT_TRUE(extra.ReadLine(s.pump, line));
+    EXPECT_NE(std::string::npos, line.find("Too many connections"));
+    EXPECT_TRUE(extra.WaitForClose(s.pump));
+    EXPECT_EQ(ReplyAda, clients.back()->Call(GreetAda, s.pump));
+
+    // A slot freed by a driver that left serves the next one.
+    clients.front()->Close();
+    for (int i = 0; i < 100 && s.server.GetConnectionCount() == JsonRpcServer::MaxConnections; ++i)
+        s.server.Poll();
+    RpcTestClient next(s.port);
+    EXPECT_EQ(ReplyAda, next.Call(GreetAda, s.pump));
+
+    // Time passes: only the driver that spoke recently stays.
+    time += JsonRpcServer::IdleLimit - std::chrono::seconds(1);
+    EXPECT_EQ(ReplyAda, next.Call(GreetAda, s.pump));
+    time += std::chrono::seconds(2);
+    s.server.Poll();
+    EXPECT_EQ(1u, s.server.GetConnectionCount());
+    EXPECT_TRUE(clients.back()->WaitForClose(s.pump));
+    EXPECT_EQ(ReplyAda, next.Call(GreetAda, s.pump));
 }

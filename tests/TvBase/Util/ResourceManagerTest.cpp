@@ -3,12 +3,15 @@
 #include "TvBase/Util/File.h"
 #include "TvBase/Util/detail/ResourceDirectory.h"
 
+#include "tests/support/PeakMemory.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using TestSupport::TempFolder;
@@ -80,6 +83,7 @@ TEST(ResourceInit, LoadsPackedFileOnceWithoutCopies)
                packed({{"UI/Layout/Main.layout", "<layout/>"}, {"a.txt", "A"}, {"empty", ""}}));
     ResourceManager resources;
     EXPECT_TRUE(resources.Init(folderOf(temp)));
+    EXPECT_TRUE(resources.GetProblem().IsEmpty());
 
     unsigned char const* data = nullptr;
     unsigned int size = 0;
@@ -111,6 +115,18 @@ TEST(ResourceInit, LocationsNamesAndLimits)
     ResourceManager none;
     EXPECT_FALSE(none.Init(folderOf(temp)));
     EXPECT_FALSE(none.GetFile("a.txt").data);
+    EXPECT_NE(
+        std::string::npos,
+        std::string(none.GetProblem().CStr()).find("no resources.resembed in " + temp.Path()));
+
+    // A FIFO is skipped at once rather than waited on.
+    std::filesystem::create_directories(temp / "Contents/Resources");
+    ASSERT_EQ(0, ::mkfifo((temp / "Contents/Resources/resources.resembed").c_str(), 0600));
+    ResourceManager fifo;
+    EXPECT_FALSE(fifo.Init(folderOf(temp)));
+    EXPECT_EQ(temp / "Contents/Resources/resources.resembed" + ": not a regular file",
+              std::string(fifo.GetProblem().CStr()));
+    std::filesystem::remove(temp / "Contents/Resources/resources.resembed");
 
     // Both locations: the second one found replaces the first.
     temp.Write("Contents/Resources/resources.resembed", packed({{"where", "contents"}}));
@@ -144,6 +160,9 @@ TEST(ResourceInit, SizeLimitIsOneHundredMillionBytes)
     ResourceManager over;
     EXPECT_FALSE(over.Init(folderOf(temp)));
     EXPECT_FALSE(over.GetFile("x").data);
+    EXPECT_EQ(temp / "Resources/resources.resembed" +
+                  ": 100000001 bytes, more than the 100000000 a program loads",
+              std::string(over.GetProblem().CStr()));
 
     makeSparse(temp / "Resources/resources.resembed", 100000000);
     ResourceManager limit;
@@ -203,6 +222,13 @@ TEST(ResourceDirectory, DamagedEntriesEndTheDirectory)
         ResourceManager resources;
         ASSERT_TRUE(resources.Init(folderOf(temp))) << c.what;
         EXPECT_EQ(c.names, resources.GetFilenames()) << c.what;
+        std::string const problem = resources.GetProblem().CStr();
+        std::string const path = temp / "Resources/resources.resembed";
+        EXPECT_EQ(path + (bytes.empty() ? ": empty"
+                                        : ": damaged: the directory breaks off after " +
+                                              std::to_string(c.names.size()) + " entries"),
+                  problem)
+            << c.what;
         if (!c.names.empty())
         {
             EXPECT_EQ("GOOD", text(resources.GetFile("good"))) << c.what;
@@ -274,4 +300,40 @@ TEST(ResourceOverride, ChangedFileGivesNewVersionAndOldPointerKeepsBytes)
     std::filesystem::remove(path);
     EXPECT_FALSE(resources.GetFile("UI/Layout/Main.layout").data);
     EXPECT_EQ("version two, longer", text(second));
+}
+
+TEST(ResourceDirectory, MillionsOfEntriesCostLittleMoreThanTheirFile)
+{
+    // A million small entries, sorted backwards so that the directory has to be ordered.
+    int const count = 1000000;
+    std::string directory;
+    for (int i = count - 1; i >= 0; --i)
+    {
+        char name[16];
+        std::snprintf(name, sizeof name, "r%07d", i);
+        directory += entry(name, 0, static_cast<unsigned int>(i % 2));
+    }
+    directory += '\0';
+    TempFolder temp;
+    temp.Write("Resources/resources.resembed", directory + "x");
+    std::size_t const fileSize = directory.size() + 1;
+    directory = std::string();
+
+    ResourceManager resources;
+    TestSupport::PeakMemory peak;
+    ASSERT_TRUE(resources.Init(folderOf(temp)));
+    if (peak.IsAvailable())
+    {
+        EXPECT_LT(peak.Growth(), static_cast<long long>(fileSize + 20 * count));
+    }
+    EXPECT_TRUE(resources.GetProblem().IsEmpty());
+    std::vector<String> const names = resources.GetFilenames();
+    ASSERT_EQ(std::size_t(count), names.size());
+    EXPECT_EQ("r0000000", names.front());
+    EXPECT_EQ("r0999999", names.back());
+    EXPECT_EQ(1u, resources.GetFile("r0123457").size());
+    EXPECT_EQ(0u, resources.GetFile("r0123456").size());
+    EXPECT_TRUE(resources.GetFile("r0123456").data);
+    EXPECT_FALSE(resources.GetFile("r01234567").data);
+    EXPECT_FALSE(resources.GetFile("r012345").data);
 }

@@ -336,3 +336,50 @@ TEST_F(MarketingMessageThreadTest, PageAddressFollowsTheWebHostSetting)
     ASSERT_TRUE(record);
     EXPECT_EQ(String("http://l/"), record->link);
 }
+
+TEST_F(MarketingMessageThreadTest, PicturesBeyondABannersSizeAreRefusedBeforeDecoding)
+{
+    // Grey one-bit pictures: a few bytes on the wire however large they claim to be.
+    struct Case
+    {
+        unsigned int width, height;
+        char const* word;
+    } const cases[] = {
+        {4096, 1024, ""},
+        {4097, 1, "Cannot parse image data as png"},
+        {1, 1025, "Cannot parse image data as png"},
+    };
+    std::string const page = "<a href=\"http://l/\"><img src=\"IMAGE\"></a>";
+    for (Case const& c : cases)
+    {
+        TestSupport::PngSpec grey;
+        grey.width = c.width;
+        grey.height = c.height;
+        grey.bitDepth = 1;
+        grey.colorType = PNG_COLOR_TYPE_GRAY;
+        grey.samples.assign(static_cast<std::size_t>(c.width) * c.height, 1);
+        served.Write("grey.png", TestSupport::MakePng(grey));
+        std::unique_ptr<MarketingMessageThread> worker = Scrape(ServePage(page, "grey.png"));
+        if (*c.word)
+        {
+            ExpectFailure(*worker, c.word);
+            continue;
+        }
+        Record out;
+        ASSERT_TRUE(worker->GetMessageData(out)) << c.width << "x" << c.height;
+        ASSERT_TRUE(out && out->image);
+        EXPECT_EQ(int(c.width), out->image->GetWidth());
+        EXPECT_EQ(int(c.height), out->image->GetHeight());
+    }
+
+    // A header that claims 16384 x 16384 (its checksum no longer matches: nothing may read on).
+    TestSupport::PngSpec dot;
+    dot.width = dot.height = 1;
+    dot.bitDepth = 1;
+    dot.colorType = PNG_COLOR_TYPE_GRAY;
+    dot.samples = {1};
+    std::string huge = TestSupport::MakePng(dot);
+    huge.replace(16, 8, std::string("\0\0\x40\0\0\0\x40\0", 8));
+    served.Write("huge.png", huge);
+    ExpectFailure(*Scrape(ServePage(page, "huge.png")), "Cannot parse image data as png");
+}

@@ -1,11 +1,13 @@
 #include "Updater/app/RunApplication.h"
 
 #include "tests/detail/CommaLocale.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -117,5 +119,61 @@ TEST(CommandLine, ProgramExitsWithZeroWhateverTheArguments)
         int status = std::system((program + extra + " >/dev/null 2>&1").c_str());
         ASSERT_TRUE(WIFEXITED(status)) << extra;
         EXPECT_EQ(WEXITSTATUS(status), 0) << extra;
+    }
+}
+
+TEST(CommandLine, DamagedResourcesAreNamedOnStandardError)
+{
+    // The program copied beside a damaged packed file: it says what is wrong, and runs on with
+    // what is intact (a silent run ends by itself) or, without its main window's layout, ends
+    // with status 1 rather than show a window of empty widgets.
+    QuickFailingCheck check;
+    std::string const good =
+        TestSupport::ReadFile(std::string(TV_BINARY_DIR) + "/bin/Resources/resources.resembed");
+    ASSERT_GT(good.size(), 100u);
+    struct Case
+    {
+        char const* what;
+        std::string bytes;
+        unsigned long long size;
+        char const* says;
+        int status;
+    } const cases[] = {
+        {"empty", "", 0, ": empty", 1},
+        {"truncated", good.substr(0, 60), 0, ": damaged: the directory breaks off after ", 1},
+        {"too big", "", 100000001ULL, ": 100000001 bytes, more than the 100000000 a program loads",
+         1},
+        {"missing", "", 0, "", 1},
+        {"end cut off", good.substr(0, good.size() - 1), 0,
+         ": damaged: the directory breaks off after ", 0},
+    };
+    for (Case const& c : cases)
+    {
+        TestSupport::TempFolder temp;
+        std::string resources = temp.Write("bin/Resources/resources.resembed", c.bytes);
+        if (std::string(c.what) == "missing")
+        {
+            std::filesystem::remove(resources);
+            resources = "no resources.resembed in " + temp.Path() + "/bin/";
+        }
+        if (c.size)
+            std::filesystem::resize_file(resources, c.size);
+        std::filesystem::copy_file(std::string(TV_BINARY_DIR) + "/bin/tavorin-updater",
+                                   temp / "bin/tavorin-updater");
+        int const status = std::system(
+            ("'" + temp / "bin/tavorin-updater" + "' -silent >/dev/null 2>'" + temp / "err" + "'")
+                .c_str());
+        ASSERT_TRUE(WIFEXITED(status)) << c.what;
+        EXPECT_EQ(c.status, WEXITSTATUS(status)) << c.what;
+        EXPECT_NE(std::string::npos, TestSupport::ReadFile(temp / "err")
+                                         .find("tavorin-updater: resources: " + resources + c.says))
+            << c.what << ": " << TestSupport::ReadFile(temp / "err");
+        if (c.status != 0)
+        {
+            EXPECT_NE(std::string::npos, TestSupport::ReadFile(temp / "err")
+                                             .find("cannot show its window without "
+                                                   "\"UI/Layout/MainWindow.layout\""))
+                << c.what;
+        }
     }
 }

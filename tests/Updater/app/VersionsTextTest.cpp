@@ -1,5 +1,7 @@
 #include "Updater/app/VersionsText.h"
 
+#include "tests/support/PeakMemory.h"
+
 #include <gtest/gtest.h>
 
 #include <map>
@@ -304,4 +306,23 @@ TEST(VersionsSettings, AcceptsAnyImplementationOfTheInterface)
     EXPECT_EQ(bytes(entries[0]->installedVersion), "1.0");
     EXPECT_EQ(settings.reads, 1);
     EXPECT_EQ(reports, std::vector<Report>{kDone});
+}
+
+TEST(ParseVersionsText, MillionsOfBlankLinesCostMemoryInProportionToTheBody)
+{
+    std::string const body(16 * 1024 * 1024, '\n');
+    String const text(body.c_str());
+    MemorySettings settings;
+    settings.Install("Alpha Mixer", "1.0");
+    std::vector<boost::shared_ptr<Updater::UpdateEntry>> entries;
+    std::size_t failures = 0;
+    TestSupport::PeakMemory peak;
+    Updater::ParseVersionsText(text, settings, entries,
+                               [&failures](bool ok, String const&) { failures += ok ? 0 : 1; });
+    EXPECT_EQ(body.size() + 1, failures);
+    EXPECT_TRUE(entries.empty());
+    if (peak.IsAvailable())
+    {
+        EXPECT_LT(peak.Growth(), 3 * static_cast<long long>(body.size()));
+    }
 }
