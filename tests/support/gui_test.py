@@ -1,7 +1,8 @@
 """What the Python GUI test scripts share: the test driver loaded from tools/tvdriver.py, a
 program whose standard output is read line by line, the X tools that act as the user (pointer,
 keys, the window manager's close request) and read the screen, and unittest's main on a private
-display that exits 77 (skipped) when no display can be had. Every wait is bounded.
+display, managed by openbox as a user's desktop is, that exits 77 (skipped) when no display can
+be had. Every wait is bounded.
 
 A script puts this folder on its path and imports what it needs:
 
@@ -43,13 +44,71 @@ def run_tests(test_classes, argv):
     if not display.start():
         print("no X display and no Xvfb: skipped")
         return SKIP
-    for test_class in test_classes:
-        test_class.display = display
+    manager = None
     try:
+        manager = start_window_manager(display)
+        for test_class in test_classes:
+            test_class.display = display
         result = unittest.main(argv=[sys.argv[0]] + list(argv), exit=False, verbosity=2).result
     finally:
+        # On a display of our own the manager goes with it. On a display we were given it
+        # stays for the other tests there, and ends with the X server.
+        if manager and display.process:
+            manager.terminate()
+            manager.wait(10)
         display.stop()
     return 0 if result.wasSuccessful() else 1
+
+
+def window_manager_running(display):
+    """True when a window manager that follows the desktop conventions manages `display`."""
+    run = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=x_env(display),
+                         capture_output=True, text=True, timeout=20)
+    return run.returncode == 0 and "window id" in run.stdout
+
+
+def start_window_manager(display, timeout=30):
+    """Starts openbox on `display` unless a window manager runs there already, and waits until
+    it manages windows; the started process, or None when one was running. Raises when openbox
+    can't be started or doesn't take the display in time."""
+    if window_manager_running(display):
+        return None
+    manager = subprocess.Popen(["openbox", "--sm-disable"], env=x_env(display),
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                               start_new_session=True)
+    deadline = time.monotonic() + timeout
+    while not window_manager_running(display):
+        # Another test on the same display may have started its own first: that one serves.
+        if manager.poll() is not None and window_manager_running(display):
+            return None
+        if time.monotonic() >= deadline:
+            manager.kill()
+            manager.wait()
+            raise RuntimeError("openbox did not start on %s" % display.name)
+        time.sleep(0.05)
+    # Announced is not yet managing: a window mapped meanwhile could wait for ever. A window of
+    # our own, framed, tells that the manager has taken over.
+    probe = subprocess.Popen(["xev", "-geometry", "1x1+0+0", "-name", "tv-wm-probe"],
+                             env=x_env(display), stdout=subprocess.DEVNULL,
+                             stderr=subprocess.DEVNULL)
+    try:
+        while not _framed(display, "tv-wm-probe"):
+            if time.monotonic() >= deadline:
+                raise RuntimeError("openbox does not manage windows on %s" % display.name)
+            time.sleep(0.05)
+    finally:
+        probe.kill()
+        probe.wait()
+    return manager
+
+
+def _framed(display, name):
+    """True when the window named `name` sits inside another window, not on the root."""
+    run = subprocess.run(["xwininfo", "-name", name, "-tree"], env=x_env(display),
+                         capture_output=True, text=True, timeout=20)
+    match = re.search(r"Parent window id: (0x[0-9a-f]+)", run.stdout)
+    root = re.search(r"Root window id: (0x[0-9a-f]+)", run.stdout)
+    return bool(match and root and match.group(1) != root.group(1))
 
 
 class Program:
@@ -157,9 +216,10 @@ def click_widget(display, driver, path):
 
 
 def top_windows(display):
-    """The (id, name) of every window at the top of the screen's tree. Read with xwininfo,
-    which also knows names given only as UTF-8 (as SDL's message boxes give theirs)."""
-    run = subprocess.run(["xwininfo", "-root", "-children"], env=x_env(display),
+    """The (id, name) of every named window in the screen's tree: the programs' own top-level
+    windows, whether at the top or inside a window manager's frame. Read with xwininfo, which
+    also knows names given only as UTF-8 (as SDL's message boxes give theirs)."""
+    run = subprocess.run(["xwininfo", "-root", "-tree"], env=x_env(display),
                          capture_output=True, text=True, timeout=20)
     found = []
     for line in run.stdout.splitlines():
@@ -179,6 +239,21 @@ def wait_for_window(display, name, timeout=15):
         if time.monotonic() >= deadline:
             return None
         time.sleep(0.1)
+
+
+def process_with_environment(entry, exclude=()):
+    """The id of a running process whose environment holds `entry` ("NAME=value"), other than
+    those in `exclude`; None when there is none. Finds the copies a program started itself."""
+    for pid in os.listdir("/proc"):
+        if not pid.isdigit() or int(pid) in exclude:
+            continue
+        try:
+            with open("/proc/%s/environ" % pid, "rb") as f:
+                if entry.encode() + b"\0" in f.read():
+                    return int(pid)
+        except OSError:
+            pass
+    return None
 
 
 def picture(display, window):
