@@ -26,7 +26,7 @@ install(FILES ${TV_UPDATER_RESOURCE_FILE} DESTINATION bin/Resources)
 
 # The command line, in process and as a program.
 tv_test(tv_app_tests
-  SOURCES tests/Updater/app/RunApplicationTest.cpp
+  SOURCES tests/Updater/app/RunApplicationTest.cpp tests/support/TempFolder.cpp
   DEPS tv_app)
 add_dependencies(tv_app_tests tavorin-updater)
 

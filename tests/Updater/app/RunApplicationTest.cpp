@@ -1,6 +1,10 @@
 #include "Updater/app/RunApplication.h"
 
+#include "Updater/app/Application.h"
+
+#include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
 #include "tests/detail/CommaLocale.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -118,4 +122,70 @@ TEST(CommandLine, ProgramExitsWithZeroWhateverTheArguments)
         ASSERT_TRUE(WIFEXITED(status)) << extra;
         EXPECT_EQ(WEXITSTATUS(status), 0) << extra;
     }
+}
+
+TEST(CommandLine, WithoutADisplayTheProgramSaysSoAndFails)
+{
+    // No window could ever show, and a silent run could only hand over to a copy that can't
+    // either: both end at once, with the reason and a failure status, and start nothing.
+    QuickFailingCheck check;
+    EnvScope display("DISPLAY", nullptr), wayland("WAYLAND_DISPLAY", nullptr),
+        video("SDL_VIDEODRIVER", nullptr), runtime("XDG_RUNTIME_DIR", nullptr);
+    TestSupport::TempFolder folder("tv-nodisplay");
+    std::string const program = std::string(TV_BINARY_DIR) + "/bin/tavorin-updater";
+    std::string const errors = folder.Path() + "/errors.txt";
+    for (char const* extra : {"", " -silent"})
+    {
+        int const status =
+            std::system(("timeout 60 " + program + extra + " >/dev/null 2>" + errors).c_str());
+        ASSERT_TRUE(WIFEXITED(status)) << extra;
+        EXPECT_EQ(1, WEXITSTATUS(status)) << extra;
+        EXPECT_EQ("Tavorin Updater needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set\n",
+                  TestSupport::ReadFile(errors))
+            << extra;
+    }
+}
+
+namespace
+{
+
+/// The real platform, but a run loop that only counts the requests to stop it.
+class QuitCountingPlatform : public UI::Native::PlatformSupportFactorySDL
+{
+public:
+    QuitCountingPlatform() { UI::Native::PlatformSupportFactory::overrideImpl(this); }
+    ~QuitCountingPlatform() override { UI::Native::PlatformSupportFactory::overrideImpl(nullptr); }
+    void QuitEventLoop() override { ++quits; }
+    int quits = 0;
+};
+
+} // namespace
+
+TEST(Quitting, CtrlQAndTheSessionAskTheApplicationAndAVetoHolds)
+{
+    QuickFailingCheck check;
+    QuitCountingPlatform platform;
+    int asked = 0;
+    bool veto = true;
+    {
+        Application application(String("Tavorin"), String("QuitTest"), checked_value<String>());
+        application.quitRequested.Connect(nullptr, boost::function<void()>(
+                                                       [&]
+                                                       {
+                                                           ++asked;
+                                                           if (veto)
+                                                               application.VetoQuit();
+                                                       }));
+        UI::Native::PlatformSupportFactory::RequestQuit();
+        EXPECT_EQ(1, asked);
+        EXPECT_EQ(0, platform.quits);
+        veto = false;
+        UI::Native::PlatformSupportFactory::RequestQuit();
+        EXPECT_EQ(2, asked);
+        EXPECT_EQ(1, platform.quits);
+    }
+    // Without an application the request stops the run loop straight away.
+    UI::Native::PlatformSupportFactory::RequestQuit();
+    EXPECT_EQ(2, asked);
+    EXPECT_EQ(2, platform.quits);
 }
