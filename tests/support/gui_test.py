@@ -88,27 +88,33 @@ def start_window_manager(display, timeout=30):
         time.sleep(0.05)
     # Announced is not yet managing: a window mapped meanwhile could wait for ever. A window of
     # our own, framed, tells that the manager has taken over.
-    probe = subprocess.Popen(["xev", "-geometry", "1x1+0+0", "-name", "tv-wm-probe"],
-                             env=x_env(display), stdout=subprocess.DEVNULL,
-                             stderr=subprocess.DEVNULL)
+    name = "tv-wm-probe-%d" % os.getpid()
+    probe = None
     try:
-        while not _framed(display, "tv-wm-probe"):
+        while not _framed(display, name):
+            if probe is None or probe.poll() is not None:
+                probe = subprocess.Popen(["xev", "-geometry", "1x1+0+0", "-name", name],
+                                         env=x_env(display), stdout=subprocess.DEVNULL,
+                                         stderr=subprocess.DEVNULL)
             if time.monotonic() >= deadline:
+                manager.kill()
+                manager.wait()
                 raise RuntimeError("openbox does not manage windows on %s" % display.name)
             time.sleep(0.05)
     finally:
-        probe.kill()
-        probe.wait()
+        if probe:
+            probe.kill()
+            probe.wait()
     return manager
 
 
 def _framed(display, name):
-    """True when the window named `name` sits inside another window, not on the root."""
-    run = subprocess.run(["xwininfo", "-name", name, "-tree"], env=x_env(display),
+    """True when a window named `name` sits inside another window, not on the root."""
+    run = subprocess.run(["xwininfo", "-root", "-tree"], env=x_env(display),
                          capture_output=True, text=True, timeout=20)
-    match = re.search(r"Parent window id: (0x[0-9a-f]+)", run.stdout)
-    root = re.search(r"Root window id: (0x[0-9a-f]+)", run.stdout)
-    return bool(match and root and match.group(1) != root.group(1))
+    # The root's children are indented by five blanks, their children by more.
+    return any(re.match(r'\s{6,}0x[0-9a-f]+ "%s":' % re.escape(name), line)
+               for line in run.stdout.splitlines())
 
 
 class Program:
