@@ -274,7 +274,13 @@ def painted_picture(display, window, timeout=15):
     deadline = time.monotonic() + timeout
     last = None
     while time.monotonic() < deadline:
-        now = picture(display, window)
+        try:
+            now = picture(display, window)
+        except subprocess.CalledProcessError:
+            # Not viewable yet: the window manager maps its frame after the window itself.
+            last = None
+            time.sleep(0.05)
+            continue
         if now == last and not _one_colour(now):
             return now
         last = now

@@ -207,13 +207,23 @@ class UpdaterRuns(unittest.TestCase):
         info = d.widget_info(widget)
         place = (int(info["screenX"]), int(info["screenY"]), int(info["width"]),
                  int(info["height"]))
-        windows = self.mapped_windows(p)
-        # Under the window manager the host tells the corner of the window's frame.
-        found = [w for w, rect in windows.items() if rect == place or
-                 rect == (place[0] + self.frame_offset(w)[0], place[1] + self.frame_offset(w)[1],
-                          place[2], place[3])]
-        self.assertEqual(1, len(found), "no single window at %s among %s" % (place, windows))
-        return found[0]
+
+        def found():
+            windows = self.mapped_windows(p)
+            # Under the window manager the host tells the corner of the window's frame.
+            return windows, [w for w, rect in windows.items() if rect == place or
+                             rect == (place[0] + self.frame_offset(w)[0],
+                                      place[1] + self.frame_offset(w)[1], place[2], place[3])]
+
+        # The window manager shows its frame, and so the window, a moment after the program
+        # showed the window.
+        deadline = time.monotonic() + 5
+        windows, matches = found()
+        while not matches and time.monotonic() < deadline:
+            time.sleep(0.05)
+            windows, matches = found()
+        self.assertEqual(1, len(matches), "no single window at %s among %s" % (place, windows))
+        return matches[0]
 
     def save_frame(self, d, widget, path):
         """Has the program write the bitmap of `widget`'s frame. The main window's path goes
