@@ -10,6 +10,7 @@ the driver's request; both pictures, and a diff picture when they differ, are ke
 import argparse
 import os
 import plistlib
+import re
 import shutil
 import socket
 import subprocess
@@ -180,26 +181,22 @@ class UpdaterRuns(unittest.TestCase):
     def mapped_windows(self, p):
         """The program's mapped X windows: id -> (x, y, width, height) on the screen."""
         # A search that finds nothing fails, so its status is not looked at.
-        search = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(p.pid)],
-                                env=self.env, stdout=subprocess.PIPE,
+        search = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                 str(getattr(p, "pid", p))],
+                                env=gui_test.x_env(self.display), stdout=subprocess.PIPE,
                                 stderr=subprocess.DEVNULL, text=True, timeout=10)
         out = {}
         for window in search.stdout.split():
-            try:
-                geometry = gui_test.xdotool(self.display, "getwindowgeometry", "--shell", window)
-            except AssertionError:
-                continue  # gone since the search
-            values = dict(line.split("=", 1) for line in geometry.split() if "=" in line)
-            out[int(window)] = tuple(int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+            # xwininfo, as xdotool counts a window manager's frame twice in the position.
+            info = subprocess.run(["xwininfo", "-id", window], env=gui_test.x_env(self.display),
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                                  timeout=10).stdout
+            values = dict(re.findall(r"^\s*(Absolute upper-left [XY]|Width|Height):\s+(-?\d+)",
+                                     info, re.MULTILINE))
+            if len(values) == 4:  # else gone since the search
+                out[int(window)] = tuple(int(values[k]) for k in (
+                    "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
         return out
-
-    def frame_offset(self, window):
-        """The left and top widths of the window manager's frame around `window`."""
-        run = subprocess.run(["xprop", "-id", str(window), "_NET_FRAME_EXTENTS"], env=self.env,
-                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
-                             timeout=10)
-        values = run.stdout.split("=")[-1].replace(",", " ").split()
-        return (int(values[0]), int(values[2])) if len(values) == 4 else (0, 0)
 
     def x_window_of(self, d, p, widget):
         """The one mapped X window of the program that stands exactly where the frame of the
@@ -210,10 +207,7 @@ class UpdaterRuns(unittest.TestCase):
 
         def found():
             windows = self.mapped_windows(p)
-            # Under the window manager the host tells the corner of the window's frame.
-            return windows, [w for w, rect in windows.items() if rect == place or
-                             rect == (place[0] + self.frame_offset(w)[0],
-                                      place[1] + self.frame_offset(w)[1], place[2], place[3])]
+            return windows, [w for w, rect in windows.items() if rect == place]
 
         # The window manager shows its frame, and so the window, a moment after the program
         # showed the window.
@@ -288,8 +282,12 @@ class UpdaterRuns(unittest.TestCase):
     def wait_exit(self, p, timeout=10):
         return p.wait(timeout)
 
-    def main_shown(self, d):
-        return d.wait_for_widget(MAIN + "|Close Button", timeout=10)
+    def main_shown(self, d, p):
+        """The Close button's info once the main window is on the screen, framed by the window
+        manager, so that clicks reach it."""
+        info = d.wait_for_widget(MAIN + "|Close Button", timeout=10)
+        self.x_window_of(d, p, MAIN)
+        return info
 
     def standard_site(self):
         site = self.site({})
@@ -308,7 +306,7 @@ class UpdaterRuns(unittest.TestCase):
         started = int(time.time())
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         row = MAIN + "|Updates Panel|Updates ScrollView|Program Item: %s"
         self.assertEqual("Alpha Mixer", d.widget_info(row % "Alpha Mixer" +
                                                       "|Product Name Text")["text"])
@@ -357,7 +355,7 @@ class UpdaterRuns(unittest.TestCase):
                                               % self.opened)
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         self.click(d, link)
         self.assertEqual("open %s\n" % site.url("/products/alpha-mixer/"),
                          self.wait_for_file(self.opened))
@@ -369,7 +367,7 @@ class UpdaterRuns(unittest.TestCase):
         self.env["PATH"] = self.stand_in_path("true", "exit 0\n")
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         self.click(d, link)
         box = gui_test.wait_for_window(self.display, "Cannot Open Link", timeout=10)
         self.assertIsNotNone(box, "no message box")
@@ -390,7 +388,7 @@ class UpdaterRuns(unittest.TestCase):
         self.install("Alpha Mixer", "3.2")
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         info = d.wait_for_widget(MAIN + "|No Updates Text", timeout=5)
         self.assertEqual("No updates available.", info["text"])
         self.assertEqual("false", d.widget_info(MAIN + "|Product Name Header")["visible"])
@@ -427,7 +425,7 @@ class UpdaterRuns(unittest.TestCase):
         self.env["TV_REQUEST_TIMEOUT_MS"] = "1500"
         p = self.start(host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         info = d.wait_for_widget(MAIN + "|No Updates Text", timeout=5)
         self.assertEqual(ERROR_TEXT, info["text"])
         self.assertEqual(446 * 2 // 3, int(info["width"]))
@@ -477,7 +475,7 @@ class UpdaterRuns(unittest.TestCase):
         self.install("Alpha Mixer", "3.0")
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         self.close_box(d, p)
         self.assertEqual(0, self.wait_exit(p))
         values = self.settings()
@@ -500,7 +498,7 @@ class UpdaterRuns(unittest.TestCase):
         # Ctrl+Q, the Quit of this host, in the main window ends the run as Close does.
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         window = self.x_window_of(d, p, MAIN)
         gui_test.xdotool(self.display, "windowactivate", "--sync", window, "key", "ctrl+q")
         self.assertEqual(0, self.wait_exit(p))
@@ -526,7 +524,7 @@ class UpdaterRuns(unittest.TestCase):
         copy = gui_test.process_with_environment("XDG_CONFIG_HOME=" + self.config, {p.pid})
         self.assertIsNotNone(copy, "the silent run started no visible copy")
         d = self.driver(copy)
-        self.main_shown(d)
+        self.main_shown(d, copy)
         d.widget_info(MAIN + "|Updates Panel|Updates ScrollView|Program Item: Alpha Mixer")
         self.click(d, MAIN + "|Close Button")
 
@@ -540,7 +538,7 @@ class UpdaterRuns(unittest.TestCase):
             self.install(name, "1.0")
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         view_path = MAIN + "|Updates Panel|Updates ScrollView"
         row = view_path + "|Program Item: Product %02d"
 
@@ -584,7 +582,7 @@ class UpdaterRuns(unittest.TestCase):
         self.install("Alpha Mixer", "3.0")
         p = self.start(site.host)
         d = self.driver(p)
-        self.main_shown(d)
+        self.main_shown(d, p)
         banner = d.wait_for_widget(MAIN + "|MessageButton", timeout=10)
         self.assertEqual(358, int(banner["y"]))
         self.assertEqual(64, int(banner["height"]))
@@ -638,7 +636,7 @@ class UpdaterRuns(unittest.TestCase):
                 self.kill_strays()
             p = self.start(site.host)
             d = self.driver(p)
-            self.main_shown(d)
+            self.main_shown(d, p)
             d.wait_for_widget(MAIN + "|MessageButton", timeout=10)
             window = self.x_window_of(d, p, MAIN)
             if run == 0:
