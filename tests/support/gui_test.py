@@ -97,9 +97,10 @@ def start_window_manager(display, timeout=30):
                                          env=x_env(display), stdout=subprocess.DEVNULL,
                                          stderr=subprocess.DEVNULL)
             if time.monotonic() >= deadline:
-                manager.kill()
-                manager.wait()
-                raise RuntimeError("openbox does not manage windows on %s" % display.name)
+                tree = subprocess.run(["xwininfo", "-root", "-tree"], env=x_env(display),
+                                      capture_output=True, text=True, timeout=20).stdout
+                raise RuntimeError("openbox does not manage windows on %s (openbox %s, probe %s):\n%s"
+                                   % (display.name, manager.poll(), probe.poll(), tree[:3000]))
             time.sleep(0.05)
     finally:
         if probe:

@@ -17,6 +17,7 @@
 #include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
 #include "Canvas/UI/Native/SDL/detail/KeyMapSDL.h"
+#include "Canvas/UI/Native/SDL/detail/WindowPositionX11.h"
 
 #include <SDL.h>
 
@@ -143,6 +144,9 @@ void HostWindowSDL::InvalidateRect(Rect)
 
 Point HostWindowSDL::GetScreenPos()
 {
+    // The window manager may have moved the inside into its frame since the last event.
+    updateClientRect();
+    updateWindowRect();
     return clientRect.TopLeft();
 }
 
@@ -224,7 +228,8 @@ Rect HostWindowSDL::borders() const
 Rect HostWindowSDL::readClientRect() const
 {
     int x = 0, y = 0, w = 0, h = 0;
-    SDL_GetWindowPosition(window, &x, &y);
+    if (!detail::ReadX11ClientPosition(window, x, y))
+        SDL_GetWindowPosition(window, &x, &y);
     SDL_GetWindowSize(window, &w, &h);
     return Rect(Point(x, y), Size(w, h));
 }
