@@ -99,8 +99,8 @@ def start_window_manager(display, timeout=30):
             if time.monotonic() >= deadline:
                 tree = subprocess.run(["xwininfo", "-root", "-tree"], env=x_env(display),
                                       capture_output=True, text=True, timeout=20).stdout
-                raise RuntimeError("openbox does not manage windows on %s (openbox %s, probe %s):\n%s"
-                                   % (display.name, manager.poll(), probe.poll(), tree[:3000]))
+                raise RuntimeError("openbox does not manage windows on %s (openbox ended: %s):\n%s"
+                                   % (display.name, manager.poll(), tree[:3000]))
             time.sleep(0.05)
     finally:
         if probe:
