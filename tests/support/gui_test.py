@@ -67,40 +67,36 @@ def window_manager_running(display):
     return run.returncode == 0 and "window id" in run.stdout
 
 
-def start_window_manager(display, timeout=30):
+def start_window_manager(display, timeout=20):
     """Starts openbox on `display` unless a window manager runs there already, and waits until
-    it manages windows; the started process, or None when one was running. Raises when openbox
-    can't be started or doesn't take the display in time."""
+    it manages windows; the started process, or None when one was running. An openbox that
+    does not take the display in time is ended, with a note on the error output, and the tests
+    run without a window manager rather than not at all."""
     if window_manager_running(display):
         return None
     manager = subprocess.Popen(["openbox", "--sm-disable"], env=x_env(display),
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                start_new_session=True)
     deadline = time.monotonic() + timeout
-    while not window_manager_running(display):
-        # Another test on the same display may have started its own first: that one serves.
-        if manager.poll() is not None and window_manager_running(display):
-            return None
-        if time.monotonic() >= deadline:
-            manager.kill()
-            manager.wait()
-            raise RuntimeError("openbox did not start on %s" % display.name)
-        time.sleep(0.05)
     # Announced is not yet managing: a window mapped meanwhile could wait for ever. A window of
     # our own, framed, tells that the manager has taken over.
     name = "tv-wm-probe-%d" % os.getpid()
     probe = None
     try:
-        while not _framed(display, name):
-            if probe is None or probe.poll() is not None:
+        while not (window_manager_running(display) and _framed(display, name)):
+            # Another test on the same display may have started its own first: that one serves.
+            if manager.poll() is not None and window_manager_running(display):
+                return None
+            if window_manager_running(display) and (probe is None or probe.poll() is not None):
                 probe = subprocess.Popen(["xev", "-geometry", "1x1+0+0", "-name", name],
                                          env=x_env(display), stdout=subprocess.DEVNULL,
                                          stderr=subprocess.DEVNULL)
             if time.monotonic() >= deadline:
-                tree = subprocess.run(["xwininfo", "-root", "-tree"], env=x_env(display),
-                                      capture_output=True, text=True, timeout=20).stdout
-                raise RuntimeError("openbox does not manage windows on %s (openbox ended: %s):\n%s"
-                                   % (display.name, manager.poll(), tree[:3000]))
+                manager.kill()
+                manager.wait()
+                print("openbox did not manage %s in time: running without a window manager"
+                      % display.name, file=sys.stderr)
+                return None
             time.sleep(0.05)
     finally:
         if probe:
