@@ -371,7 +371,7 @@ class UpdaterRuns(unittest.TestCase):
         self.click(d, link)
         box = gui_test.wait_for_window(self.display, "Cannot Open Link", timeout=10)
         self.assertIsNotNone(box, "no message box")
-        gui_test.xdotool(self.display, "windowactivate", "--sync", box, "key", "Return")
+        gui_test.xdotool(self.display, "windowfocus", "--sync", box, "key", "Return")
         d.wait_until(lambda: not [w for w, n in gui_test.top_windows(self.display)
                                   if n == "Cannot Open Link"], timeout=10)
         self.assertIsNone(p.poll())
@@ -500,7 +500,7 @@ class UpdaterRuns(unittest.TestCase):
         d = self.driver(p)
         self.main_shown(d, p)
         window = self.x_window_of(d, p, MAIN)
-        gui_test.xdotool(self.display, "windowactivate", "--sync", window, "key", "ctrl+q")
+        gui_test.xdotool(self.display, "windowfocus", "--sync", window, "key", "ctrl+q")
         self.assertEqual(0, self.wait_exit(p))
         self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", self.settings())
 
@@ -564,7 +564,7 @@ class UpdaterRuns(unittest.TestCase):
 
         # The keys scroll: End shows the last rows, Page Up goes back a page, Home to the top.
         window = self.x_window_of(d, p, MAIN)
-        gui_test.xdotool(self.display, "windowactivate", "--sync", window, "key", "End")
+        gui_test.xdotool(self.display, "windowfocus", "--sync", window, "key", "End")
         d.wait_until(lambda: 24 in shown_rows(), timeout=5)
         self.assertNotIn(0, shown_rows())
         self.assert_on_screen(d, p, "many-updates-end")
