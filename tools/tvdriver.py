@@ -81,9 +81,11 @@ class Driver:
     # ---- connecting
 
     @classmethod
-    def connect(cls, timeout=10.0, ports=None, name=None):
+    def connect(cls, timeout=10.0, ports=None, name=None, pid=None):
         """Connects to the first port that answers, trying them all until `timeout` passes.
-        With `name`, only a server whose "getServerInfo" name equals it is taken."""
+        With `name`, only a server whose "getServerInfo" name equals it is taken; with `pid`,
+        only the one that runs in that process, so that a test talks to the program it started
+        and not to another one on the same machine."""
         ports = list(ports) if ports else list(range(FIRST_PORT, LAST_PORT + 1))
         deadline = time.monotonic() + timeout
         last_error = None
@@ -95,10 +97,12 @@ class Driver:
                     last_error = error
                     continue
                 driver = cls(sock, port)
-                if name is None:
+                if name is None and pid is None:
                     return driver
                 try:
-                    if driver.call("getServerInfo", timeout=2.0).get("name") == name:
+                    info = driver.call("getServerInfo", timeout=2.0)
+                    if (name is None or info.get("name") == name) and \
+                            (pid is None or info.get("pid") == str(pid)):
                         return driver
                 except DriverError as error:
                     last_error = error
@@ -265,6 +269,7 @@ def main(argv=None):
                         help="seconds to wait for the program and for replies")
     parser.add_argument("--port", type=int, help="only this port")
     parser.add_argument("--name", help="only a server of this name, such as APP:Updater")
+    parser.add_argument("--pid", type=int, help="only the server of this process")
     parser.add_argument("command", help="a request name, or call, wait or notices")
     parser.add_argument("args", nargs="*",
                         help="key=value arguments; a bare widget path for getWidgetInfo")
@@ -272,7 +277,7 @@ def main(argv=None):
 
     try:
         driver = Driver.connect(options.timeout, [options.port] if options.port else None,
-                                options.name)
+                                options.name, options.pid)
     except DriverError as error:
         print("tvdriver: %s" % error, file=sys.stderr)
         return 2

@@ -5,6 +5,7 @@
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Media.h"
+#include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/detail/ButtonDrawing.h"
 #include "TvBase/Util/LaunchURL.h"
 #include "TvBase/Util/LaunchWebURL.h"
@@ -123,10 +124,17 @@ void Hyperlink::activate()
     signalClicked();
     if (url.IsNull() || url.IsEmpty())
         return;
-    if (webOnly)
-        Util::LaunchWebURL(url);
-    else
-        Util::LaunchURL(url, false);
+    OpenLink(url, webOnly);
+}
+
+void Hyperlink::OpenLink(String const& url, bool webOnly)
+{
+    if (webOnly && !Util::IsWebURL(url))
+        return;
+    if (!Util::LaunchURL(url, false))
+        Native::MessageOK(
+            String("Cannot Open Link"),
+            String("No program to open links is installed. The address is:\n%1").Arg(url));
 }
 
 void Hyperlink::onMouseEnter()

@@ -39,6 +39,11 @@ public:
     String const& GetURL() const { return url; }
     void SetTextColor(unsigned int color);
     unsigned int GetTextColor() const { return color; }
+    /// Opens `url` with the desktop's opener; with `webOnly` only an http or https address,
+    /// anything else being ignored. When no opener can be started, a message box shows the
+    /// address, so that the user can open it by hand.
+    static void OpenLink(String const& url, bool webOnly);
+
     void SetWebOnly(bool on) { webOnly = on; }
     bool IsWebOnly() const { return webOnly; }
     void SetAcceptReturn(bool on) { acceptReturn = on; }

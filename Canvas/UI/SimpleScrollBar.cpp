@@ -27,7 +27,7 @@ SimpleScrollBar::SimpleScrollBar(Frame* frame, Window* parent, String const& nam
     if (style == TrackAndButtons)
     {
         loadPieces();
-        if (decreaseArrow)
+        if (hasArtwork())
             crossSize =
                 orientation == Horizontal ? decreaseArrow->GetHeight() : decreaseArrow->GetWidth();
     }
@@ -73,7 +73,7 @@ int SimpleScrollBar::arrowLength() const
 {
     if (style != TrackAndButtons)
         return 0;
-    if (!decreaseArrow)
+    if (!hasArtwork())
         return crossSize;
     return GetOrientation() == Horizontal ? decreaseArrow->GetWidth() : decreaseArrow->GetHeight();
 }
@@ -179,8 +179,55 @@ void SimpleScrollBar::drawThreePieces(DrawContext* context, DIBits* start, DIBit
         blit(end, std::max(from + startLength, middleEnd), length - startLength);
 }
 
+void SimpleScrollBar::DrawDrawnTrackAndButtons(DrawContext* context)
+{
+    unsigned char const alpha = GetEffectiveAlpha();
+    bool const horizontal = GetOrientation() == Horizontal;
+    context->DrawBox(alongBar(0, horizontal ? GetWidth() : GetHeight()), DrawContext::Filled,
+                     sliderColor, alpha);
+    // Each arrow: a box with a triangle of four rows pointing away from the track.
+    auto arrow = [&](Rect const& box, bool towardStart)
+    {
+        context->DrawBox(box, DrawContext::Outline, handleColor, alpha);
+        Point const middle((box.left + box.right) / 2, (box.top + box.bottom) / 2);
+        for (int row = 0; row < 4; ++row)
+        {
+            int const along = (towardStart ? row : 3 - row) - 2;
+            if (horizontal)
+                context->DrawLine(Point(middle.x + along, middle.y - row),
+                                  Point(middle.x + along, middle.y + row), handleColor, false,
+                                  alpha);
+            else
+                context->DrawLine(Point(middle.x - row, middle.y + along),
+                                  Point(middle.x + row, middle.y + along), handleColor, false,
+                                  alpha);
+        }
+    };
+    arrow(getDecreaseArrowGeometry(), true);
+    arrow(getIncreaseArrowGeometry(), false);
+    if (!isValidState() || GetThumbSize() <= 0)
+        return;
+    Rect thumb = alongBar(trackStart() + GetThumbPos(), GetThumbSize());
+    if (horizontal)
+    {
+        thumb.top += 3;
+        thumb.bottom -= 3;
+    }
+    else
+    {
+        thumb.left += 3;
+        thumb.right -= 3;
+    }
+    context->DrawRoundedBox(thumb, 3, DrawContext::Filled, handleColor, alpha);
+}
+
 void SimpleScrollBar::DrawTrackAndButtonsStyle(DrawContext* context)
 {
+    if (!hasArtwork())
+    {
+        DrawDrawnTrackAndButtons(context);
+        return;
+    }
     unsigned char const alpha = GetEffectiveAlpha();
     Rect const decrease = getDecreaseArrowGeometry();
     Rect const increase = getIncreaseArrowGeometry();

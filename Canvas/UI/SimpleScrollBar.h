@@ -12,8 +12,9 @@ class DIBits;
 /// The default look of a scroll bar, in one of three styles: 0 track and buttons (skin pieces
 /// "UI/png/ScrollBar_*.png" from the resources), 1 slim, 2 simple (rounded boxes in the palette
 /// colours "SliderColor" and "SliderHandleColor", no arrows). The bar's cross size is fixed by
-/// the style: the artwork's for style 0 (15 when the artwork is missing), 11 for style 1 and 8
-/// for style 2.
+/// the style: the artwork's for style 0, 11 for style 1 and 8 for style 2. Style 0 without its
+/// artwork in the resources draws itself in the palette colours, 15 across: boxed arrows, the
+/// track and a rounded thumb, so that a bar that takes clicks is always seen.
 class SimpleScrollBar : public ScrollBar
 {
 public:
@@ -41,6 +42,9 @@ private:
     void loadPieces();
     void DrawTrackAndButtonsStyle(DrawContext* context);
     void DrawSlimAndSimpleStyle(DrawContext* context);
+    /// Style 0 in shapes, for resources without its artwork.
+    void DrawDrawnTrackAndButtons(DrawContext* context);
+    bool hasArtwork() const { return decreaseArrow && increaseArrow && thumbFillBits; }
     /// The length of the arrows along the bar.
     int arrowLength() const;
     /// A rectangle from `start` over `length` along the bar, across all of it.

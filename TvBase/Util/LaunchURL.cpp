@@ -8,6 +8,7 @@
 
 #include <system_error>
 #include <thread>
+#include <vector>
 
 extern char** environ;
 
@@ -17,8 +18,8 @@ namespace Util
 namespace
 {
 
-/// Starts `xdg-open` with `argument` as its only argument, straight from PATH, with no shell.
-bool spawnOpener(String const& argument)
+/// Starts `arguments` (the program first, found on PATH) straight, with no shell.
+bool spawnOpener(std::vector<char const*> arguments)
 {
     posix_spawnattr_t attributes;
     if (posix_spawnattr_init(&attributes) != 0)
@@ -34,10 +35,10 @@ bool spawnOpener(String const& argument)
     posix_spawnattr_setsigdefault(&attributes, &defaults);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
 
-    char program[] = "xdg-open";
-    char* const arguments[] = {program, const_cast<char*>(argument.CStr()), nullptr};
+    arguments.push_back(nullptr);
     pid_t child = 0;
-    int const failed = posix_spawnp(&child, program, nullptr, &attributes, arguments, environ);
+    int const failed = posix_spawnp(&child, arguments[0], nullptr, &attributes,
+                                    const_cast<char* const*>(arguments.data()), environ);
     posix_spawnattr_destroy(&attributes);
     if (failed != 0)
         return false;
@@ -63,6 +64,13 @@ bool spawnOpener(String const& argument)
     return true;
 }
 
+/// The desktop's opener, or GLib's where the desktop utilities are not installed.
+bool startOpener(String const& argument)
+{
+    return spawnOpener({"xdg-open", argument.CStr()}) ||
+           spawnOpener({"gio", "open", argument.CStr()});
+}
+
 } // namespace
 
 bool LaunchURL(String const& url, bool isFile)
@@ -70,10 +78,10 @@ bool LaunchURL(String const& url, bool isFile)
     if (url.IsEmpty())
         return false;
     if (isFile)
-        return spawnOpener(url[0] == '-' ? String("./") + url : url);
+        return startOpener(url[0] == '-' ? String("./") + url : url);
     if (url[0] == '-')
         return false;
-    return spawnOpener(url.Replace(' ', String("%20")));
+    return startOpener(url.Replace(' ', String("%20")));
 }
 
 bool LaunchPath(String const& path)

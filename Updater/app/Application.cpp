@@ -13,7 +13,14 @@ Application::Application(String const& company, String const& product,
     : Object(String("Application"))
 {
     // There is no menu bar, bundle or autorelease pool to set up on this host: the host's
-    // Quit entry is Ctrl+Q, handled by the host layer.
+    // Quit entry is Ctrl+Q, which the host layer hands here together with the session's quit
+    // request, so that both ask `ShouldQuit` as the menu's Quit does.
+    UI::Native::PlatformSupportFactory::SetQuitRequestHandler(
+        [this]
+        {
+            if (ShouldQuit())
+                slotQuit();
+        });
     mainThreadId = std::this_thread::get_id();
     uiCodeToken.reset(new ApplicationUICodeToken);
     xmlInitParser();
@@ -26,6 +33,7 @@ Application::Application(String const& company, String const& product,
 Application::~Application()
 {
     UI::TestAutomationInterface::Stop();
+    UI::Native::PlatformSupportFactory::SetQuitRequestHandler(nullptr);
     if (g_pInstance == this)
         g_pInstance = nullptr;
     config->Synchronize();

@@ -12,14 +12,17 @@
 #include "Canvas/UI/Cursor.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Frame.h"
+#include "Canvas/UI/Hyperlink.h"
+#include "Canvas/UI/InputMessage.h"
+#include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/MultiText.h"
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/PixmapButton.h"
+#include "Canvas/UI/ScrollView.h"
 #include "Canvas/UI/SimpleBannerBG.h"
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/SimpleToolTip.h"
 #include "Canvas/UI/Text.h"
-#include "TvBase/Util/LaunchWebURL.h"
 
 #include <spawn.h>
 #include <unistd.h>
@@ -111,6 +114,7 @@ MainWindow::MainWindow(std::vector<String> const&, Canvas* canvas, Native::HostW
     updatesPanel = new UpdatesPanel(frame, this, String("Updates Panel"));
     frame->SetTopLevelWindow(this);
 
+    host->signalPreDestroy.Connect(&MainWindow::slotHostPreDestroy, this);
     host->SetMasterUpdateCallback(&MainWindow::masterUpdateTimer, this);
     StartApplicationTimer(host, 33);
     Rect const client = host->GetClientRect();
@@ -154,6 +158,17 @@ bool MainWindow::onTestAutomationRequest(String const& request, Window* window,
             return panel->TestAutomationRequest(request, window, reply);
     }
     return ApplicationMainWindow::onTestAutomationRequest(request, window, reply);
+}
+
+bool MainWindow::onKeyPress(unsigned int keyCode, unsigned int flags, bool repeat)
+{
+    bool const scrollKey = keyCode == KeyCode::UpArrow || keyCode == KeyCode::DownArrow ||
+                           keyCode == KeyCode::PageUp || keyCode == KeyCode::PageDown ||
+                           keyCode == KeyCode::Home || keyCode == KeyCode::End;
+    if (!scrollKey || (flags & (FlagControl | FlagCommand)) || !updatesPanel ||
+        !updatesPanel->GetScrollView())
+        return ApplicationMainWindow::onKeyPress(keyCode, flags, repeat);
+    return updatesPanel->GetScrollView()->onKeyPress(keyCode, flags, repeat);
 }
 
 void MainWindow::masterUpdateTimer(void* window)
@@ -247,6 +262,7 @@ void MainWindow::handleMarketing()
     Native::HostWindow* host = GetHostWindow();
     Rect const outer = host->GetContainingWindowGeometry();
     host->SetGeometry(outer.left, outer.top, outer.Width(), outer.Height() + grow);
+    bannerGrowth += grow;
 
     messageButton = new BannerButton(GetFrame(), this, record->image);
     messageButton->SetGeometry(0, h, w, grow);
@@ -262,11 +278,21 @@ void MainWindow::slotCloseClicked()
         application->slotQuit();
 }
 
+void MainWindow::slotHostPreDestroy()
+{
+    if (bannerGrowth == 0)
+        return;
+    Native::HostWindow* host = GetHostWindow();
+    Rect const outer = host->GetContainingWindowGeometry();
+    host->SetGeometry(outer.left, outer.top, outer.Width(), outer.Height() - bannerGrowth);
+    bannerGrowth = 0;
+}
+
 void MainWindow::slotMarketingImageClicked()
 {
     // The banner's link comes from the network: only web addresses are opened.
     if (!marketingUrl.IsEmpty())
-        Util::LaunchWebURL(marketingUrl);
+        Hyperlink::OpenLink(marketingUrl, true);
 }
 
 String MainWindow::GetErrorMessage()

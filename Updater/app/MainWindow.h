@@ -65,6 +65,9 @@ public:
     /// requests go to its panel then, so that "SaveScreenShot" writes the frame on the screen.
     bool onTestAutomationRequest(String const& request, Window* window,
                                  TestAutomation::RPCReplyInterface* reply) override;
+    /// The arrow keys, Page Up, Page Down, Home and End scroll the list wherever the focus is:
+    /// it is the window's only scrolled part.
+    bool onKeyPress(unsigned int keyCode, unsigned int flags, bool repeat) override;
 
 private:
     void setCustomPalette();
@@ -73,6 +76,7 @@ private:
     void handleMarketing();
     void slotCloseClicked();
     void slotMarketingImageClicked();
+    void slotHostPreDestroy();
 
     SimpleBannerBG* background = nullptr;
     Updater::UpdaterThread* updaterThread;
@@ -93,6 +97,9 @@ private:
     UpdatesPanel* updatesPanel = nullptr;
     PixmapButton* messageButton = nullptr;
     String marketingUrl;
+    /// The height the banner added to the window; taken off again before the window's place
+    /// is saved, as the banner is no choice of the user's.
+    int bannerGrowth = 0;
 };
 
 } // namespace UI

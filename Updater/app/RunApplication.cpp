@@ -21,6 +21,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
@@ -59,6 +60,20 @@ void watchForMainWindowEnd(UI::Native::HostWindow* host, Application* applicatio
                                                     }));
 }
 
+/// The user's close of the connecting window ends the program: with no menu bar, nothing could
+/// end it afterwards. It is a quit like any other, so a veto keeps the window.
+void quitWithConnectingWindow(UI::Native::HostWindow* host, Application* application)
+{
+    host->signalCloseRequest.Connect(application, boost::function<void()>(
+                                                      [host, application]
+                                                      {
+                                                          if (application->ShouldQuit())
+                                                              application->slotQuit();
+                                                          else
+                                                              host->VetoClose();
+                                                      }));
+}
+
 } // namespace
 
 int runApplication(std::vector<String> const& args)
@@ -69,6 +84,15 @@ int runApplication(std::vector<String> const& args)
 
     bool const silent = Updater::IsSilentRun(args);
     String const product("Updater");
+
+    // Without a display no window can show and no check can hand over to a visible copy: say so
+    // and fail, rather than run on unseen.
+    String reason;
+    if (!UI::Native::PlatformSupportFactory::OpenDisplay(reason))
+    {
+        std::fprintf(stderr, "%s needs a display: %s\n", windowCaption, reason.CStr());
+        return 1;
+    }
 
     boost::shared_ptr<Application> application(
         new Application(String("Tavorin"), product, checked_value<String>()));
@@ -118,6 +142,7 @@ int runApplication(std::vector<String> const& args)
                                         UI::CenteredOnMainMonitor(CONNECTING_WINDOW_SIZE),
                                         String(windowCaption), style, silent);
         watchForMainWindowEnd(connectingHost.get(), application.get());
+        quitWithConnectingWindow(connectingHost.get(), application.get());
         UI::ConnectingPanel* connectingPanel =
             new UI::ConnectingPanel(args, &canvas, connectingHost.get(), updaterThread.get());
 

@@ -10,6 +10,10 @@ tv_ui_sources(
     Canvas/UI/PulseOverlayTimer.cpp
   DEPS tv_threads)
 
+# Where SDL runs on X11, the server itself tells where a framed window's inside is.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(TV_X11 REQUIRED IMPORTED_TARGET x11)
+
 tv_ui_sources(
   SOURCES
     Canvas/UI/KeyCode.cpp
@@ -19,8 +23,9 @@ tv_ui_sources(
     Canvas/UI/Native/SDL/PlatformSupportFactorySDL.cpp
     Canvas/UI/Native/SDL/HostWindowSDL.cpp
     Canvas/UI/Native/SDL/detail/KeyMapSDL.cpp
+    Canvas/UI/Native/SDL/detail/WindowPositionX11.cpp
   DEPS tv_config
-  PRIVATE_DEPS PkgConfig::SDL2)
+  PRIVATE_DEPS PkgConfig::SDL2 PkgConfig::TV_X11)
 
 # Logic without a display: key tables, timers, animations, the pulse, cursor pictures.
 tv_test(tv_host_unit_tests

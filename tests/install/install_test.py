@@ -237,7 +237,7 @@ class InstalledPrograms(unittest.TestCase):
         self.env["TV_TRACE_PRESENT"] = "1"
         expected = self.layout("MainWindow")
         p = self.start_updater()
-        with tvdriver.Driver.connect(timeout=10, name="APP:Updater") as d:
+        with tvdriver.Driver.connect(timeout=10, name="APP:Updater", pid=p.pid) as d:
             d.wait_for_widget(MAIN + "|Close Button", timeout=15)
             d.widget_info(MAIN + "|Updates Panel|Updates ScrollView|Program Item: Alpha Mixer")
             for name, (x, y, width, height) in expected.items():

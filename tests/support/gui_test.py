@@ -1,7 +1,8 @@
 """What the Python GUI test scripts share: the test driver loaded from tools/tvdriver.py, a
 program whose standard output is read line by line, the X tools that act as the user (pointer,
 keys, the window manager's close request) and read the screen, and unittest's main on a private
-display that exits 77 (skipped) when no display can be had. Every wait is bounded.
+display, managed by openbox as a user's desktop is, that exits 77 (skipped) when no display can
+be had. Every wait is bounded.
 
 A script puts this folder on its path and imports what it needs:
 
@@ -43,13 +44,74 @@ def run_tests(test_classes, argv):
     if not display.start():
         print("no X display and no Xvfb: skipped")
         return SKIP
-    for test_class in test_classes:
-        test_class.display = display
+    manager = None
     try:
+        manager = start_window_manager(display)
+        for test_class in test_classes:
+            test_class.display = display
         result = unittest.main(argv=[sys.argv[0]] + list(argv), exit=False, verbosity=2).result
     finally:
+        # On a display of our own the manager goes with it. On a display we were given it
+        # stays for the other tests there, and ends with the X server.
+        if manager and display.process:
+            manager.terminate()
+            manager.wait(10)
         display.stop()
     return 0 if result.wasSuccessful() else 1
+
+
+def window_manager_running(display):
+    """True when a window manager that follows the desktop conventions manages `display`."""
+    run = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=x_env(display),
+                         capture_output=True, text=True, timeout=20)
+    return run.returncode == 0 and "window id" in run.stdout
+
+
+def start_window_manager(display, timeout=20):
+    """Starts openbox on `display` unless a window manager runs there already, and waits until
+    it manages windows; the started process, or None when one was running. An openbox that
+    does not take the display in time is ended, with a note on the error output, and the tests
+    run without a window manager rather than not at all."""
+    if window_manager_running(display):
+        return None
+    manager = subprocess.Popen(["openbox", "--sm-disable"], env=x_env(display),
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                               start_new_session=True)
+    deadline = time.monotonic() + timeout
+    # Announced is not yet managing: a window mapped meanwhile could wait for ever. A window of
+    # our own, framed, tells that the manager has taken over.
+    name = "tv-wm-probe-%d" % os.getpid()
+    probe = None
+    try:
+        while not (window_manager_running(display) and _framed(display, name)):
+            # Another test on the same display may have started its own first: that one serves.
+            if manager.poll() is not None and window_manager_running(display):
+                return None
+            if window_manager_running(display) and (probe is None or probe.poll() is not None):
+                probe = subprocess.Popen(["xev", "-geometry", "1x1+0+0", "-name", name],
+                                         env=x_env(display), stdout=subprocess.DEVNULL,
+                                         stderr=subprocess.DEVNULL)
+            if time.monotonic() >= deadline:
+                manager.kill()
+                manager.wait()
+                print("openbox did not manage %s in time: running without a window manager"
+                      % display.name, file=sys.stderr)
+                return None
+            time.sleep(0.05)
+    finally:
+        if probe:
+            probe.kill()
+            probe.wait()
+    return manager
+
+
+def _framed(display, name):
+    """True when a window named `name` sits inside another window, not on the root."""
+    run = subprocess.run(["xwininfo", "-root", "-tree"], env=x_env(display),
+                         capture_output=True, text=True, timeout=20)
+    # The root's children are indented by five blanks, their children by more.
+    return any(re.match(r'\s{6,}0x[0-9a-f]+ "%s":' % re.escape(name), line)
+               for line in run.stdout.splitlines())
 
 
 class Program:
@@ -157,9 +219,10 @@ def click_widget(display, driver, path):
 
 
 def top_windows(display):
-    """The (id, name) of every window at the top of the screen's tree. Read with xwininfo,
-    which also knows names given only as UTF-8 (as SDL's message boxes give theirs)."""
-    run = subprocess.run(["xwininfo", "-root", "-children"], env=x_env(display),
+    """The (id, name) of every named window in the screen's tree: the programs' own top-level
+    windows, whether at the top or inside a window manager's frame. Read with xwininfo, which
+    also knows names given only as UTF-8 (as SDL's message boxes give theirs)."""
+    run = subprocess.run(["xwininfo", "-root", "-tree"], env=x_env(display),
                          capture_output=True, text=True, timeout=20)
     found = []
     for line in run.stdout.splitlines():
@@ -181,6 +244,21 @@ def wait_for_window(display, name, timeout=15):
         time.sleep(0.1)
 
 
+def process_with_environment(entry, exclude=()):
+    """The id of a running process whose environment holds `entry` ("NAME=value"), other than
+    those in `exclude`; None when there is none. Finds the copies a program started itself."""
+    for pid in os.listdir("/proc"):
+        if not pid.isdigit() or int(pid) in exclude:
+            continue
+        try:
+            with open("/proc/%s/environ" % pid, "rb") as f:
+                if entry.encode() + b"\0" in f.read():
+                    return int(pid)
+        except OSError:
+            pass
+    return None
+
+
 def picture(display, window):
     """The window's pixels as a binary PPM."""
     return subprocess.run(["import", "-window", str(window), "ppm:-"], env=x_env(display),
@@ -193,7 +271,13 @@ def painted_picture(display, window, timeout=15):
     deadline = time.monotonic() + timeout
     last = None
     while time.monotonic() < deadline:
-        now = picture(display, window)
+        try:
+            now = picture(display, window)
+        except subprocess.CalledProcessError:
+            # Not viewable yet: the window manager maps its frame after the window itself.
+            last = None
+            time.sleep(0.05)
+            continue
         if now == last and not _one_colour(now):
             return now
         last = now

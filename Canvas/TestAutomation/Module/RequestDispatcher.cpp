@@ -1,6 +1,9 @@
 #include "Canvas/TestAutomation/Module/RequestDispatcher.h"
 
 #include <exception>
+#include <string>
+
+#include <unistd.h>
 
 namespace TestAutomation
 {
@@ -150,6 +153,8 @@ std::string RequestDispatcher::Handle(std::string const& line)
     {
         reply.SetValue("name", serverName.c_str());
         reply.SetValue("version", std::to_string(version).c_str());
+        // A driver tells the program it started from others on the same machine by this.
+        reply.SetValue("pid", std::to_string(getpid()).c_str());
     }
     else
     {

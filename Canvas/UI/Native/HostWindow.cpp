@@ -113,7 +113,10 @@ bool HostWindow::CreateSerialized(void* parent, void* child, String const& name,
         checked_value<Rect> parsed = Rect::FromString(text);
         Rect const saved = parsed ? *parsed : Rect();
         if (parsed && saved.right >= saved.left && saved.bottom >= saved.top)
+        {
             r = fixedSize ? Rect(saved.TopLeft(), rect.GetSize()) : saved;
+            restoredFromSettings = true;
+        }
     }
     if (!parent && trimToScreen)
     {

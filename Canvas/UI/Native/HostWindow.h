@@ -235,6 +235,8 @@ protected:
     String windowName;
     String caption;
     bool pendingMaximized = false;
+    /// The window rect given to `create` is one the settings kept, frame included.
+    bool restoredFromSettings = false;
 };
 
 } // namespace Native

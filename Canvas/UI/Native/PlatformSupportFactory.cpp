@@ -14,6 +14,8 @@ namespace
 {
 // Set at start-up or by tests, on the main thread.
 PlatformSupportFactory::Impl* overridden = nullptr;
+// Main thread only, like the run loop that calls it.
+std::function<void()> quitRequestHandler;
 } // namespace
 
 void PlatformSupportFactory::overrideImpl(Impl* impl)
@@ -174,6 +176,24 @@ void PlatformSupportFactory::QuitEventLoop()
 bool PlatformSupportFactory::IsEventLoopQuitting()
 {
     return GetImpl().IsEventLoopQuitting();
+}
+
+bool PlatformSupportFactory::OpenDisplay(String& reason)
+{
+    return GetImpl().OpenDisplay(reason);
+}
+
+void PlatformSupportFactory::RequestQuit()
+{
+    if (quitRequestHandler)
+        quitRequestHandler();
+    else
+        QuitEventLoop();
+}
+
+void PlatformSupportFactory::SetQuitRequestHandler(std::function<void()> const& handler)
+{
+    quitRequestHandler = handler;
 }
 
 void PlatformSupportFactory::ProcessEvents(unsigned int maxWaitMs)

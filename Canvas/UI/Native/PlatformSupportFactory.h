@@ -7,6 +7,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <functional>
 #include <vector>
 
 struct CGColorSpace;
@@ -93,6 +94,7 @@ public:
 
         virtual void MessageOK(String const& title, String const& text) = 0;
 
+        virtual bool OpenDisplay(String& reason) = 0;
         virtual void RunEventLoop() = 0;
         virtual void QuitEventLoop() = 0;
         virtual bool IsEventLoopQuitting() = 0;
@@ -163,11 +165,19 @@ public:
                                Rect const& nativeClipExclude);
 
     // ---- the run loop, behind `Application::RunEventLoop` and `Application::slotQuit`
+    /// Connects to the display; false, with the reason, when there is none to show windows on.
+    static bool OpenDisplay(String& reason);
     /// Delivers events, posted messages and timers until `QuitEventLoop`.
     static void RunEventLoop();
     /// Makes `RunEventLoop` return once the present event is handled; any thread.
     static void QuitEventLoop();
     static bool IsEventLoopQuitting();
+    /// What the user's Quit (Ctrl+Q) and the session's quit request call: the handler the
+    /// application installed, which asks its own quit request first so that a veto holds, or,
+    /// without one, `QuitEventLoop`.
+    static void RequestQuit();
+    /// Installs the handler of `RequestQuit`; an empty function removes it.
+    static void SetQuitRequestHandler(std::function<void()> const& handler);
     /// Handles what is pending and what arrives within `maxWaitMs`, timers included, then
     /// returns (for tests and modal waits).
     static void ProcessEvents(unsigned int maxWaitMs);

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <unistd.h>
+
 using TestAutomation::RequestDispatcher;
 using TestAutomation::RPCReplyInterface;
 using TestAutomation::RPCRequestInterface;
@@ -43,7 +45,8 @@ TEST(RequestDispatch, CallsTheHandlerWithTextArguments)
     EXPECT_EQ("{\"id\":\"s\",\"jsonrpc\":\"2.0\",\"result\":{}}",
               d.Handle("{\"jsonrpc\":\"2.0\",\"id\":\"s\",\"method\":\"echo\"}"));
     EXPECT_EQ(2, calls);
-    EXPECT_EQ("{\"id\":1,\"jsonrpc\":\"2.0\",\"result\":{\"name\":\"APP:Test\",\"version\":\"4\"}}",
+    EXPECT_EQ("{\"id\":1,\"jsonrpc\":\"2.0\",\"result\":{\"name\":\"APP:Test\",\"pid\":\"" +
+                  std::to_string(getpid()) + "\",\"version\":\"4\"}}",
               d.Handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"getServerInfo\"}"));
 }
 

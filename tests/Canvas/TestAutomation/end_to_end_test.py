@@ -90,7 +90,8 @@ class Gallery(unittest.TestCase):
 
     def start_bridged(self):
         self.program, _ = self.start(ARGS.module)
-        driver = self.tvdriver.Driver.connect(timeout=15, name=NAME)
+        driver = self.tvdriver.Driver.connect(timeout=15, name=NAME,
+                                              pid=self.program.process.pid)
         self.addCleanup(driver.close)
         driver.wait_for_widget(PAGE + "|About Button", timeout=15)
         return driver
@@ -363,7 +364,8 @@ class Gallery(unittest.TestCase):
             self.assertIsNotNone(window, module)
             if not button:
                 # Where the push button is, as the bridged run tells.
-                with self.tvdriver.Driver.connect(timeout=15, name=NAME) as d:
+                with self.tvdriver.Driver.connect(timeout=15, name=NAME,
+                                                  pid=program.process.pid) as d:
                     info = d.wait_for_widget(PAGE + "|Push Button", timeout=15)
                 button = (int(info["x"]) + int(info["width"]) // 2,
                           int(info["y"]) + int(info["height"]) // 2)
@@ -430,7 +432,8 @@ class Gallery(unittest.TestCase):
                 # No server of the gallery's answers (the held ports would only keep a driver
                 # waiting).
                 with self.assertRaises(self.tvdriver.DriverError):
-                    self.tvdriver.Driver.connect(timeout=1, name=NAME)
+                    self.tvdriver.Driver.connect(timeout=1, name=NAME,
+                                                 pid=program.process.pid)
             self.quit_by_key(window)
             self.assertEqual(0, program.wait(20), title)
             self.assertNotIn(title, self.read(errors))

@@ -12,7 +12,7 @@
 #include <cmath>
 
 using TestSupport::MakePng;
-using TestSupport::PngSpec;
+using TestSupport::PngSample;
 
 namespace
 {
@@ -48,9 +48,9 @@ unsigned int to8(unsigned int v, int depth)
 }
 
 // Samples that run through the whole range of the depth and differ from pixel to pixel.
-PngSpec gradient(int colorType, int depth, unsigned int width, unsigned int height)
+PngSample gradient(int colorType, int depth, unsigned int width, unsigned int height)
 {
-    PngSpec sample;
+    PngSample sample;
     sample.width = width;
     sample.height = height;
     sample.colorType = colorType;
@@ -65,7 +65,7 @@ PngSpec gradient(int colorType, int depth, unsigned int width, unsigned int heig
 }
 
 // The reference: the pixel the decoder must give for pixel `p` of `sample`.
-unsigned int expectedPixel(PngSpec const& sample, unsigned int p)
+unsigned int expectedPixel(PngSample const& sample, unsigned int p)
 {
     int const c = channelsOf(sample.colorType);
     auto s = [&](int k) { return to8(sample.samples[p * c + k], sample.bitDepth); };
@@ -93,7 +93,7 @@ unsigned int expectedPixel(PngSpec const& sample, unsigned int p)
     }
 }
 
-void expectDecodesAsReference(PngSpec const& sample, bool expectAlpha)
+void expectDecodesAsReference(PngSample const& sample, bool expectAlpha)
 {
     boost::shared_ptr<UI::DIBits> bits = decode(MakePng(sample));
     ASSERT_TRUE(bits) << "type " << sample.colorType << " depth " << sample.bitDepth;
@@ -133,7 +133,7 @@ TEST(PngDecoding, GreyWithAlphaKeepsAlphaAtBothDepths)
 
 TEST(PngDecoding, GreyWithTransparentKeyBecomesAlpha)
 {
-    PngSpec sample = gradient(PNG_COLOR_TYPE_GRAY, 8, 5, 3);
+    PngSample sample = gradient(PNG_COLOR_TYPE_GRAY, 8, 5, 3);
     sample.greyKey = true;
     sample.key = sample.samples[4];
     expectDecodesAsReference(sample, true);
@@ -143,7 +143,7 @@ TEST(PngDecoding, PaletteAtEveryDepthGivesItsColors)
 {
     for (int depth : {1, 2, 4, 8})
     {
-        PngSpec sample = gradient(PNG_COLOR_TYPE_PALETTE, depth, 9, 4);
+        PngSample sample = gradient(PNG_COLOR_TYPE_PALETTE, depth, 9, 4);
         sample.palette = rainbow(1u << depth);
         expectDecodesAsReference(sample, false);
     }
@@ -151,7 +151,7 @@ TEST(PngDecoding, PaletteAtEveryDepthGivesItsColors)
 
 TEST(PngDecoding, PaletteWithTransparencyGivesAlphaPerEntry)
 {
-    PngSpec sample = gradient(PNG_COLOR_TYPE_PALETTE, 8, 8, 8);
+    PngSample sample = gradient(PNG_COLOR_TYPE_PALETTE, 8, 8, 8);
     sample.palette = rainbow(256);
     for (int i = 0; i < 10; ++i) // fewer entries than colors: the rest stay opaque
         sample.paletteAlpha.push_back(png_byte(i * 25));
@@ -169,19 +169,19 @@ TEST(PngDecoding, RgbAndRgbaAtEightAndSixteenBits)
 
 TEST(PngDecoding, InterlacedImagesDecodeLikePlainOnes)
 {
-    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 13, 11);
+    PngSample sample = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 13, 11);
     sample.interlaced = true;
     expectDecodesAsReference(sample, true);
 }
 
 TEST(PngDecoding, OpaqueRgbaAndGreyAlphaHaveNoAlpha)
 {
-    PngSpec rgba = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 4, 4);
+    PngSample rgba = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 4, 4);
     for (std::size_t i = 3; i < rgba.samples.size(); i += 4)
         rgba.samples[i] = 255;
     expectDecodesAsReference(rgba, false);
 
-    PngSpec grey = gradient(PNG_COLOR_TYPE_GRAY_ALPHA, 16, 4, 4);
+    PngSample grey = gradient(PNG_COLOR_TYPE_GRAY_ALPHA, 16, 4, 4);
     for (std::size_t i = 1; i < grey.samples.size(); i += 2)
         grey.samples[i] = 0xFFFF;
     expectDecodesAsReference(grey, false);
@@ -225,7 +225,7 @@ TEST(PngDecoding, EveryTruncationGivesNoImage)
 
 TEST(PngDecoding, HeadersClaimingHugeImagesAreRefused)
 {
-    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
+    PngSample sample = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
     std::string file = MakePng(sample);
     std::size_t const ihdr = TestSupport::FindChunk(file, "IHDR");
     auto setSize = [&](unsigned int w, unsigned int h)
@@ -271,7 +271,7 @@ TEST(GammaTable, MapsTheRangeOntoExponentsFromDarkToBright)
 
 TEST(GammaTable, DecodingBakesItIntoColorsAndLeavesAlpha)
 {
-    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 8, 8);
+    PngSample sample = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 8, 8);
     std::string const file = MakePng(sample);
     boost::shared_ptr<UI::DIBits> plain = decode(file, 0.0f);
     boost::shared_ptr<UI::DIBits> dark = decode(file, UI::Media::GAMMA_CORRECTION_RANGE.minimum);
@@ -339,7 +339,7 @@ TEST_F(PngCache, SharesOneDecodeByNameWhileSomeoneHoldsIt)
 
 TEST_F(PngCache, AnotherGammaReplacesTheEntryAndOldHoldersKeepTheirs)
 {
-    PngSpec sample = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
+    PngSample sample = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
     folder.Write("knob.png", MakePng(sample));
     boost::shared_ptr<UI::DIBits> plain = UI::Media::GetPNGBits("knob.png", true, 0.0f);
     boost::shared_ptr<UI::DIBits> dark = UI::Media::GetPNGBits("knob.png", true, 0.1f);

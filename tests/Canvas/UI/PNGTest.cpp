@@ -272,7 +272,7 @@ TEST(PngDecodeImage, RefusesWhatIsNotAWholePng)
     EXPECT_EQ(UI::PNG::DecodePngImage(junk, sizeof junk, bitmap), 2);
     EXPECT_EQ(UI::PNG::DecodePngImage(nullptr, 0, bitmap), 2);
 
-    TestSupport::PngSpec sample;
+    TestSupport::PngSample sample;
     sample.width = 8, sample.height = 8, sample.colorType = PNG_COLOR_TYPE_GRAY,
     sample.bitDepth = 4;
     for (int i = 0; i < 64; ++i)

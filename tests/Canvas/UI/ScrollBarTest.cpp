@@ -215,3 +215,25 @@ TEST(SimpleScrollBarLook, SlimStyleDrawsTrackAndThumbInPaletteColours)
     EXPECT_EQ(0xFF000000u, s.Pixel(1, 70)) << "outside the track";
     delete bar;
 }
+
+TEST(SimpleScrollBarLook, TrackAndButtonsWithoutArtworkDrawThemselves)
+{
+    // No resources hold the skin here: the bar still shows where it takes clicks.
+    ScrollScene s;
+    s.frame->SetBackgroundColor(0xFF000000u);
+    SimpleScrollBar* bar = new SimpleScrollBar(s.frame.get(), nullptr, "Bar", UI::Vertical);
+    bar->SetGeometry(0, 0, 15, 100);
+    bar->SetParameters(value_range<int>(0, 100), 0, 100);
+    s.Paint();
+    // The arrows are boxes 15 long with a triangle pointing out; the track lies from 17 to 82,
+    // and the thumb, inset 3 across, at its start.
+    EXPECT_EQ(0xFF7F7F7Fu, s.Pixel(0, 0)) << "the up arrow's box";
+    EXPECT_EQ(0xFF7F7F7Fu, s.Pixel(7, 5)) << "the up arrow's tip";
+    EXPECT_EQ(0xFFD5D5D5u, s.Pixel(7, 2)) << "inside the up arrow's box, above its tip";
+    EXPECT_EQ(0xFF7F7F7Fu, s.Pixel(7, 93)) << "the down arrow's tip";
+    EXPECT_EQ(0xFF7F7F7Fu, s.Pixel(14, 99)) << "the down arrow's box";
+    EXPECT_EQ(0xFF7F7F7Fu, s.Pixel(7, 30)) << "the thumb";
+    EXPECT_EQ(0xFFD5D5D5u, s.Pixel(1, 30)) << "the track beside the thumb";
+    EXPECT_EQ(0xFFD5D5D5u, s.Pixel(7, 80)) << "the track past the thumb";
+    delete bar;
+}

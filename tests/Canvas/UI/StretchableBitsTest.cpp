@@ -34,7 +34,7 @@ int patchRow(int y, int height)
 
 std::string skinFile()
 {
-    TestSupport::PngSpec sample;
+    TestSupport::PngSample sample;
     sample.width = Width;
     sample.height = Height;
     sample.colorType = PNG_COLOR_TYPE_RGB;

@@ -14,21 +14,22 @@
 namespace
 {
 
-/// Puts a stand-in `xdg-open` first on PATH. It writes its argument count and each argument on
-/// a line of its own into a named pipe, which `NextCall` reads: the test waits for the opener
-/// itself, not for a guessed time.
+/// Puts a stand-in `program` first on PATH (or, with `alone`, as the only thing on it). It writes
+/// its argument count and each argument on a line of its own into a named pipe, which `NextCall`
+/// reads: the test waits for the opener itself, not for a guessed time.
 class StandInOpener
 {
 public:
-    StandInOpener() : folder("tv-launch"), pipePath(folder.Path() + "/calls")
+    explicit StandInOpener(char const* program = "xdg-open", bool alone = false)
+        : folder("tv-launch"), pipePath(folder.Path() + "/calls")
     {
         EXPECT_EQ(0, mkfifo(pipePath.c_str(), 0600));
-        std::string const script = folder.Write(
-            "xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$@\" > '" + pipePath + "'\n");
+        std::string const script =
+            folder.Write(program, "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$@\" > '" + pipePath + "'\n");
         chmod(script.c_str(), 0700);
         char const* path = std::getenv("PATH");
         oldPath = path ? path : "";
-        setenv("PATH", (folder.Path() + ":" + oldPath).c_str(), 1);
+        setenv("PATH", alone ? folder.Path().c_str() : (folder.Path() + ":" + oldPath).c_str(), 1);
     }
     ~StandInOpener() { setenv("PATH", oldPath.c_str(), 1); }
 
@@ -73,6 +74,13 @@ TEST(LaunchURL, HandsTheTextOverAsOneArgumentWithoutAShell)
 
     ASSERT_TRUE(Util::LaunchURL("https://example.invalid/a b?q=\"x\";y", false));
     EXPECT_EQ("1\nhttps://example.invalid/a%20b?q=\"x\";y\n", opener.NextCall());
+}
+
+TEST(LaunchURL, FallsBackToGioWithoutTheDesktopOpener)
+{
+    StandInOpener opener("gio", true);
+    ASSERT_TRUE(Util::LaunchURL("https://example.invalid/a b", false));
+    EXPECT_EQ("2\nopen\nhttps://example.invalid/a%20b\n", opener.NextCall());
 }
 
 TEST(LaunchURL, FilePathsKeepTheirSpacesAndNeverLookLikeOptions)

@@ -26,7 +26,7 @@ using Record = boost::shared_ptr<MarketingMessageData>;
 /// A 3 x 2 picture with alpha whose pixels are all different, as libpng writes it.
 std::string MakeBanner()
 {
-    TestSupport::PngSpec sample;
+    TestSupport::PngSample sample;
     sample.width = 3;
     sample.height = 2;
     sample.colorType = PNG_COLOR_TYPE_RGB_ALPHA;

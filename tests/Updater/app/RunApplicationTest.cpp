@@ -1,5 +1,8 @@
 #include "Updater/app/RunApplication.h"
 
+#include "Updater/app/Application.h"
+
+#include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
 #include "tests/detail/CommaLocale.h"
 #include "tests/support/TempFolder.h"
 
@@ -92,6 +95,8 @@ TEST(CommandLine, SilentSwitchCountsAnywhereByteForByte)
 
 TEST(CommandLine, RunReadsTheUserDecimalPointAndReturnsZero)
 {
+    if (!std::getenv("DISPLAY"))
+        GTEST_SKIP() << "the updater needs a display";
     TestSupport::CommaLocale locale;
     if (!locale.IsReady())
         GTEST_SKIP() << "no way to build a comma locale here";
@@ -112,6 +117,8 @@ TEST(CommandLine, ProgramExitsWithZeroWhateverTheArguments)
 {
     // Silent runs end by themselves; the visible ones wait for the user and are driven by the
     // end-to-end tests instead.
+    if (!std::getenv("DISPLAY"))
+        GTEST_SKIP() << "the updater needs a display";
     QuickFailingCheck check;
     std::string const program = std::string(TV_BINARY_DIR) + "/bin/tavorin-updater";
     for (char const* extra : {" -silent", " --bogus -silent -Silent", " a -silent b"})
@@ -131,6 +138,8 @@ TEST(CommandLine, DamagedResourcesAreNamedOnStandardError)
     std::string const good =
         TestSupport::ReadFile(std::string(TV_BINARY_DIR) + "/bin/Resources/resources.resembed");
     ASSERT_GT(good.size(), 100u);
+    char const* const showWithout = "cannot show its window without \"UI/Layout/MainWindow.layout\"";
+    char const* const missing = "tavorin-updater: cannot start: its resources are missing";
     struct Case
     {
         char const* what;
@@ -138,14 +147,16 @@ TEST(CommandLine, DamagedResourcesAreNamedOnStandardError)
         unsigned long long size;
         char const* says;
         int status;
+        char const* ends;
     } const cases[] = {
-        {"empty", "", 0, ": empty", 1},
-        {"truncated", good.substr(0, 60), 0, ": damaged: the directory breaks off after ", 1},
+        {"empty", "", 0, ": empty", 1, showWithout},
+        {"truncated", good.substr(0, 60), 0, ": damaged: the directory breaks off after ", 1,
+         showWithout},
         {"too big", "", 100000001ULL, ": 100000001 bytes, more than the 100000000 a program loads",
-         1},
-        {"missing", "", 0, "", 1},
+         1, missing},
+        {"missing", "", 0, "", 1, missing},
         {"end cut off", good.substr(0, good.size() - 1), 0,
-         ": damaged: the directory breaks off after ", 0},
+         ": damaged: the directory breaks off after ", 0, ""},
     };
     for (Case const& c : cases)
     {
@@ -168,12 +179,72 @@ TEST(CommandLine, DamagedResourcesAreNamedOnStandardError)
         EXPECT_NE(std::string::npos, TestSupport::ReadFile(temp / "err")
                                          .find("tavorin-updater: resources: " + resources + c.says))
             << c.what << ": " << TestSupport::ReadFile(temp / "err");
-        if (c.status != 0)
-        {
-            EXPECT_NE(std::string::npos, TestSupport::ReadFile(temp / "err")
-                                             .find("cannot show its window without "
-                                                   "\"UI/Layout/MainWindow.layout\""))
-                << c.what;
-        }
+        EXPECT_NE(std::string::npos, TestSupport::ReadFile(temp / "err").find(c.ends)) << c.what;
     }
+}
+
+TEST(CommandLine, WithoutADisplayTheProgramSaysSoAndFails)
+{
+    // No window could ever show, and a silent run could only hand over to a copy that can't
+    // either: both end at once, with the reason and a failure status, and start nothing.
+    QuickFailingCheck check;
+    EnvScope display("DISPLAY", nullptr), wayland("WAYLAND_DISPLAY", nullptr),
+        video("SDL_VIDEODRIVER", nullptr), runtime("XDG_RUNTIME_DIR", nullptr);
+    TestSupport::TempFolder folder("tv-nodisplay");
+    std::string const program = std::string(TV_BINARY_DIR) + "/bin/tavorin-updater";
+    std::string const errors = folder.Path() + "/errors.txt";
+    for (char const* extra : {"", " -silent"})
+    {
+        int const status =
+            std::system(("timeout 60 " + program + extra + " >/dev/null 2>" + errors).c_str());
+        ASSERT_TRUE(WIFEXITED(status)) << extra;
+        EXPECT_EQ(1, WEXITSTATUS(status)) << extra;
+        EXPECT_EQ("Tavorin Updater needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set\n",
+                  TestSupport::ReadFile(errors))
+            << extra;
+    }
+}
+
+namespace
+{
+
+/// The real platform, but a run loop that only counts the requests to stop it.
+class QuitCountingPlatform : public UI::Native::PlatformSupportFactorySDL
+{
+public:
+    QuitCountingPlatform() { UI::Native::PlatformSupportFactory::overrideImpl(this); }
+    ~QuitCountingPlatform() override { UI::Native::PlatformSupportFactory::overrideImpl(nullptr); }
+    void QuitEventLoop() override { ++quits; }
+    int quits = 0;
+};
+
+} // namespace
+
+TEST(Quitting, CtrlQAndTheSessionAskTheApplicationAndAVetoHolds)
+{
+    QuickFailingCheck check;
+    QuitCountingPlatform platform;
+    int asked = 0;
+    bool veto = true;
+    {
+        Application application(String("Tavorin"), String("QuitTest"), checked_value<String>());
+        application.quitRequested.Connect(nullptr, boost::function<void()>(
+                                                       [&]
+                                                       {
+                                                           ++asked;
+                                                           if (veto)
+                                                               application.VetoQuit();
+                                                       }));
+        UI::Native::PlatformSupportFactory::RequestQuit();
+        EXPECT_EQ(1, asked);
+        EXPECT_EQ(0, platform.quits);
+        veto = false;
+        UI::Native::PlatformSupportFactory::RequestQuit();
+        EXPECT_EQ(2, asked);
+        EXPECT_EQ(1, platform.quits);
+    }
+    // Without an application the request stops the run loop straight away.
+    UI::Native::PlatformSupportFactory::RequestQuit();
+    EXPECT_EQ(2, asked);
+    EXPECT_EQ(2, platform.quits);
 }

@@ -10,6 +10,7 @@ the driver's request; both pictures, and a diff picture when they differ, are ke
 import argparse
 import os
 import plistlib
+import re
 import shutil
 import socket
 import subprocess
@@ -148,28 +149,53 @@ class UpdaterRuns(unittest.TestCase):
         self.processes.append(p)
         return p
 
-    def driver(self):
+    def driver(self, p):
+        """The bridge of the program `p` (a process, or its id), and of no other one that may
+        run on the machine."""
         # A sanitizer build on a busy machine may take this long to start its bridge.
-        d = tvdriver.Driver.connect(timeout=20, name="APP:Updater")
+        d = tvdriver.Driver.connect(timeout=20, name="APP:Updater",
+                                    pid=getattr(p, "pid", p))
         self.drivers.append(d)
         return d
+
+    def wait_for_file(self, path, timeout=10):
+        """The text of the file at `path` once it exists."""
+        deadline = time.monotonic() + timeout
+        while not os.path.exists(path) and time.monotonic() < deadline:
+            time.sleep(0.05)
+        with open(path) as f:
+            return f.read()
+
+    def stand_in_path(self, name, script):
+        """A folder holding only the program `name` running `script`, to stand alone on
+        PATH."""
+        folder = os.path.join(self.work, "only-" + name)
+        os.makedirs(folder)
+        with open(os.path.join(folder, name), "w") as f:
+            f.write("#!/bin/sh\n" + script)
+        os.chmod(os.path.join(folder, name), 0o755)
+        return folder
 
     # ---- what reached the screen
 
     def mapped_windows(self, p):
         """The program's mapped X windows: id -> (x, y, width, height) on the screen."""
         # A search that finds nothing fails, so its status is not looked at.
-        search = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(p.pid)],
-                                env=self.env, stdout=subprocess.PIPE,
+        search = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                 str(getattr(p, "pid", p))],
+                                env=gui_test.x_env(self.display), stdout=subprocess.PIPE,
                                 stderr=subprocess.DEVNULL, text=True, timeout=10)
         out = {}
         for window in search.stdout.split():
-            try:
-                geometry = gui_test.xdotool(self.display, "getwindowgeometry", "--shell", window)
-            except AssertionError:
-                continue  # gone since the search
-            values = dict(line.split("=", 1) for line in geometry.split() if "=" in line)
-            out[int(window)] = tuple(int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+            # xwininfo, as xdotool counts a window manager's frame twice in the position.
+            info = subprocess.run(["xwininfo", "-id", window], env=gui_test.x_env(self.display),
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                                  timeout=10).stdout
+            values = dict(re.findall(r"^\s*(Absolute upper-left [XY]|Width|Height):\s+(-?\d+)",
+                                     info, re.MULTILINE))
+            if len(values) == 4:  # else gone since the search
+                out[int(window)] = tuple(int(values[k]) for k in (
+                    "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
         return out
 
     def x_window_of(self, d, p, widget):
@@ -178,10 +204,20 @@ class UpdaterRuns(unittest.TestCase):
         info = d.widget_info(widget)
         place = (int(info["screenX"]), int(info["screenY"]), int(info["width"]),
                  int(info["height"]))
-        windows = self.mapped_windows(p)
-        found = [w for w, rect in windows.items() if rect == place]
-        self.assertEqual(1, len(found), "no single window at %s among %s" % (place, windows))
-        return found[0]
+
+        def found():
+            windows = self.mapped_windows(p)
+            return windows, [w for w, rect in windows.items() if rect == place]
+
+        # The window manager shows its frame, and so the window, a moment after the program
+        # showed the window.
+        deadline = time.monotonic() + 5
+        windows, matches = found()
+        while not matches and time.monotonic() < deadline:
+            time.sleep(0.05)
+            windows, matches = found()
+        self.assertEqual(1, len(matches), "no single window at %s among %s" % (place, windows))
+        return matches[0]
 
     def save_frame(self, d, widget, path):
         """Has the program write the bitmap of `widget`'s frame. The main window's path goes
@@ -246,8 +282,12 @@ class UpdaterRuns(unittest.TestCase):
     def wait_exit(self, p, timeout=10):
         return p.wait(timeout)
 
-    def main_shown(self, d):
-        return d.wait_for_widget(MAIN + "|Close Button", timeout=10)
+    def main_shown(self, d, p):
+        """The Close button's info once the main window is on the screen, framed by the window
+        manager, so that clicks reach it."""
+        info = d.wait_for_widget(MAIN + "|Close Button", timeout=10)
+        self.x_window_of(d, p, MAIN)
+        return info
 
     def standard_site(self):
         site = self.site({})
@@ -265,8 +305,8 @@ class UpdaterRuns(unittest.TestCase):
         self.install("Gamma Reverb", "1.05")
         started = int(time.time())
         p = self.start(site.host)
-        d = self.driver()
-        self.main_shown(d)
+        d = self.driver(p)
+        self.main_shown(d, p)
         row = MAIN + "|Updates Panel|Updates ScrollView|Program Item: %s"
         self.assertEqual("Alpha Mixer", d.widget_info(row % "Alpha Mixer" +
                                                       "|Product Name Text")["text"])
@@ -306,6 +346,38 @@ class UpdaterRuns(unittest.TestCase):
         # Settings keep "/" inside flat key names.
         self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", values)
 
+    def test_links_open_through_gio_or_show_their_address(self):
+        site = self.standard_site()
+        self.install("Alpha Mixer", "3.0")
+        link = MAIN + "|Updates Panel|Updates ScrollView|Program Item: Alpha Mixer|Update Link"
+        # Without the desktop utilities, GLib's opener serves.
+        self.env["PATH"] = self.stand_in_path("gio", 'printf "%%s\\n" "$*" >> "%s"\n'
+                                              % self.opened)
+        p = self.start(site.host)
+        d = self.driver(p)
+        self.main_shown(d, p)
+        self.click(d, link)
+        self.assertEqual("open %s\n" % site.url("/products/alpha-mixer/"),
+                         self.wait_for_file(self.opened))
+        self.click(d, MAIN + "|Close Button")
+        self.assertEqual(0, self.wait_exit(p))
+
+        # With no opener at all, a message box gives the address instead, and the program
+        # runs on once it is dismissed.
+        self.env["PATH"] = self.stand_in_path("true", "exit 0\n")
+        p = self.start(site.host)
+        d = self.driver(p)
+        self.main_shown(d, p)
+        self.click(d, link)
+        box = gui_test.wait_for_window(self.display, "Cannot Open Link", timeout=10)
+        self.assertIsNotNone(box, "no message box")
+        gui_test.xdotool(self.display, "windowfocus", "--sync", box, "key", "Return")
+        d.wait_until(lambda: not [w for w, n in gui_test.top_windows(self.display)
+                                  if n == "Cannot Open Link"], timeout=10)
+        self.assertIsNone(p.poll())
+        self.click(d, MAIN + "|Close Button")
+        self.assertEqual(0, self.wait_exit(p))
+
     def _visible_tip(self, d):
         """The tool tip's info while it shows; None otherwise."""
         info = d.widget_info("ToolTip")
@@ -315,8 +387,8 @@ class UpdaterRuns(unittest.TestCase):
         site = self.standard_site()
         self.install("Alpha Mixer", "3.2")
         p = self.start(site.host)
-        d = self.driver()
-        self.main_shown(d)
+        d = self.driver(p)
+        self.main_shown(d, p)
         info = d.wait_for_widget(MAIN + "|No Updates Text", timeout=5)
         self.assertEqual("No updates available.", info["text"])
         self.assertEqual("false", d.widget_info(MAIN + "|Product Name Header")["visible"])
@@ -352,8 +424,8 @@ class UpdaterRuns(unittest.TestCase):
         # shortened.
         self.env["TV_REQUEST_TIMEOUT_MS"] = "1500"
         p = self.start(host)
-        d = self.driver()
-        self.main_shown(d)
+        d = self.driver(p)
+        self.main_shown(d, p)
         info = d.wait_for_widget(MAIN + "|No Updates Text", timeout=5)
         self.assertEqual(ERROR_TEXT, info["text"])
         self.assertEqual(446 * 2 // 3, int(info["width"]))
@@ -367,7 +439,7 @@ class UpdaterRuns(unittest.TestCase):
     def test_cancel_during_a_stalled_check_ends_without_a_main_window(self):
         site = self.site({}, stall=["/products/versions/versions.txt"])
         p = self.start(site.host)
-        d = self.driver()
+        d = self.driver(p)
         d.wait_for_widget(MAIN + "|Cancel Button", timeout=10)
         _, window = self.assert_on_screen(d, p, "connecting")
         self.assertEqual([window], list(self.mapped_windows(p)))
@@ -402,34 +474,35 @@ class UpdaterRuns(unittest.TestCase):
         site = self.standard_site()
         self.install("Alpha Mixer", "3.0")
         p = self.start(site.host)
-        d = self.driver()
-        self.main_shown(d)
+        d = self.driver(p)
+        self.main_shown(d, p)
         self.close_box(d, p)
         self.assertEqual(0, self.wait_exit(p))
         values = self.settings()
         self.assertEqual("", values.get("LastResult"))
         self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", values)
 
-    def test_connecting_close_box_ends_that_window_only(self):
-        # The close box ends the connecting window and the tick that would hand over to the
-        # main window: the check still ends, but no window shows again and the program runs
-        # on until it is quit from its menu.
+    def test_connecting_close_box_and_ctrl_q_quit(self):
+        # With no menu bar, the connecting window's close box is the only way out while the
+        # check runs: it quits, though the check goes on.
         site = self.standard_site()
         site.hold.add("/products/versions/versions.txt")
         self.install("Alpha Mixer", "3.0")
         p = self.start(site.host)
-        d = self.driver()
+        d = self.driver(p)
         d.wait_for_widget(MAIN + "|Cancel Button", timeout=10)
         self.close_box(d, p)
-        d.wait_until(lambda: not self.mapped_windows(p), timeout=5)
-        # The versions file comes now, with an update in it, and the worker ends.
-        self.assertIn("Updater Thread", self.threads(p))
+        self.assertEqual(0, self.wait_exit(p))
         site.release.set()
-        d.wait_until(lambda: "Updater Thread" not in self.threads(p), timeout=10)
-        # A dozen ticks later no window has shown and the program still runs.
-        d.poll_notices(0.4)
-        self.assertEqual({}, self.mapped_windows(p))
-        self.assertIsNone(p.poll())
+
+        # Ctrl+Q, the Quit of this host, in the main window ends the run as Close does.
+        p = self.start(site.host)
+        d = self.driver(p)
+        self.main_shown(d, p)
+        window = self.x_window_of(d, p, MAIN)
+        gui_test.xdotool(self.display, "windowfocus", "--sync", window, "key", "ctrl+q")
+        self.assertEqual(0, self.wait_exit(p))
+        self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", self.settings())
 
     # ---- silent runs
 
@@ -448,28 +521,57 @@ class UpdaterRuns(unittest.TestCase):
         self.install("Alpha Mixer", "3.0")
         p = self.start(site.host, None, "unknown", "-silent")
         self.assertEqual(0, self.wait_exit(p))
-        d = self.driver()
-        self.main_shown(d)
+        copy = gui_test.process_with_environment("XDG_CONFIG_HOME=" + self.config, {p.pid})
+        self.assertIsNotNone(copy, "the silent run started no visible copy")
+        d = self.driver(copy)
+        self.main_shown(d, copy)
         d.widget_info(MAIN + "|Updates Panel|Updates ScrollView|Program Item: Alpha Mixer")
         self.click(d, MAIN + "|Close Button")
 
     # ---- the list and the banner
 
-    def test_twenty_updates_scroll_inside_the_fixed_window(self):
+    def test_many_updates_scroll_by_bar_and_keys_inside_the_fixed_window(self):
         site = self.site({})
-        names = [("Product %02d" % i, "2.0", "p%02d" % i) for i in range(20)]
+        names = [("Product %02d" % i, "2.0", "p%02d" % i) for i in range(25)]
         site.pages["/products/versions/versions.txt"] = versions(site, names)
         for name, _, _ in names:
             self.install(name, "1.0")
         p = self.start(site.host)
-        d = self.driver()
-        self.main_shown(d)
-        view = d.widget_info(MAIN + "|Updates Panel|Updates ScrollView")
-        last = d.widget_info(MAIN + "|Updates Panel|Updates ScrollView|Program Item: Product 19")
-        self.assertEqual("false", last["visible"]) if "visible" in last else None
-        self.assertEqual(358, int(d.widget_info(MAIN)["height"]))
-        self.assertLess(int(view["height"]), 20 * 30)
-        self.assert_on_screen(d, p, "twenty-updates")
+        d = self.driver(p)
+        self.main_shown(d, p)
+        view_path = MAIN + "|Updates Panel|Updates ScrollView"
+        row = view_path + "|Program Item: Product %02d"
+
+        def shown_rows():
+            return [i for i in range(25) if d.widget_info(row % i)["visible"] == "true"]
+
+        # The window keeps its size; the rows that fit show, the rest wait below.
+        _, _, _, height = self.mapped_windows(p)[self.x_window_of(d, p, MAIN)]
+        self.assertEqual(358, height)
+        view = d.widget_info(view_path)
+        rows_in_view = -(-int(view["height"]) // 30)
+        self.assertEqual(list(range(rows_in_view)), shown_rows())
+        self.assertLess(rows_in_view, 25)
+
+        # The bar is painted where it takes clicks: its thumb in the handle colour at the top
+        # of the track, and the screen shows what the frame painted.
+        bar = d.widget_info(view_path + "|Updates ScrollView Vertical ScrollBar")
+        self.assertEqual("true", bar["visible"])
+        frame, _ = self.assert_on_screen(d, p, "many-updates")
+        x = int(bar["x"]) + int(bar["width"]) // 2
+        y = int(bar["y"]) + 15 + 2 + 5
+        self.assertEqual((0x7F, 0x7F, 0x7F, 255), frame.pixel(x, y))
+
+        # The keys scroll: End shows the last rows, Page Up goes back a page, Home to the top.
+        window = self.x_window_of(d, p, MAIN)
+        gui_test.xdotool(self.display, "windowfocus", "--sync", window, "key", "End")
+        d.wait_until(lambda: 24 in shown_rows(), timeout=5)
+        self.assertNotIn(0, shown_rows())
+        self.assert_on_screen(d, p, "many-updates-end")
+        gui_test.xdotool(self.display, "key", "Prior")
+        d.wait_until(lambda: 24 not in shown_rows(), timeout=5)
+        gui_test.xdotool(self.display, "key", "Home")
+        d.wait_until(lambda: shown_rows() == list(range(rows_in_view)), timeout=5)
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
 
@@ -479,8 +581,8 @@ class UpdaterRuns(unittest.TestCase):
         site.pages["/updater/banner.png"] = banner_png()
         self.install("Alpha Mixer", "3.0")
         p = self.start(site.host)
-        d = self.driver()
-        self.main_shown(d)
+        d = self.driver(p)
+        self.main_shown(d, p)
         banner = d.wait_for_widget(MAIN + "|MessageButton", timeout=10)
         self.assertEqual(358, int(banner["y"]))
         self.assertEqual(64, int(banner["height"]))
@@ -516,26 +618,44 @@ class UpdaterRuns(unittest.TestCase):
         self.assertEqual(0, self.wait_exit(p))
 
     def test_window_geometry_is_remembered_across_runs(self):
+        # The window is moved in the first run; every later one, with the banner growing the
+        # window and a silent run in between, shows it at that same place and size, and the
+        # settings keep the one rectangle.
         site = self.standard_site()
+        site.pages["/updater/"] = banner_page(site)
+        site.pages["/updater/banner.png"] = banner_png()
         self.install("Alpha Mixer", "3.0")
-        p = self.start(site.host)
-        d = self.driver()
-        self.main_shown(d)
-        subprocess.run(["xdotool", "search", "--sync", "--name", "Tavorin Updater",
-                        "windowmove", "%@", "37", "41"], env=self.env, timeout=10)
-        time.sleep(0.3)  # lets the window manager-less server deliver the move event
-        self.click(d, MAIN + "|Close Button")
-        self.assertEqual(0, self.wait_exit(p))
-        saved = self.settings()["HostWindowGeometry/Updater Host Window.Geometry"]
-        d.close()
-        self.drivers.remove(d)
-        p = self.start(site.host)
-        d = self.driver()
-        self.main_shown(d)
-        again = self.settings()["HostWindowGeometry/Updater Host Window.Geometry"]
-        self.assertEqual(saved, again)
-        self.click(d, MAIN + "|Close Button")
-        self.assertEqual(0, self.wait_exit(p))
+        key = "HostWindowGeometry/Updater Host Window.Geometry"
+        places = []
+        saved = []
+        for run in range(5):
+            if run == 3:
+                self.assertEqual(0, self.wait_exit(self.start(site.host, None, "-silent")))
+                self.assertEqual(saved[-1], self.settings()[key])
+                # Its visible copy ends unseen, saving nothing.
+                self.kill_strays()
+            p = self.start(site.host)
+            d = self.driver(p)
+            self.main_shown(d, p)
+            d.wait_for_widget(MAIN + "|MessageButton", timeout=10)
+            window = self.x_window_of(d, p, MAIN)
+            if run == 0:
+                before = self.mapped_windows(p)[window]
+                gui_test.xdotool(self.display, "windowmove", window, 37, 41)
+                d.wait_until(lambda: self.mapped_windows(p)[window] != before, timeout=5)
+                # The program learns of the move from the X server's event.
+                d.wait_until(lambda: int(d.widget_info(MAIN)["screenX"]) !=
+                             before[0], timeout=5)
+            places.append(self.mapped_windows(p)[window])
+            self.click(d, MAIN + "|Close Button")
+            self.assertEqual(0, self.wait_exit(p))
+            saved.append(self.settings()[key])
+            d.close()
+            self.drivers.remove(d)
+        self.assertEqual([places[0]] * 5, places)
+        self.assertEqual([saved[0]] * 5, saved)
+        # The banner is not kept: the window's height is the list's and the banner's.
+        self.assertEqual(358 + 64, places[0][3])
 
 
 def main():

@@ -17,6 +17,7 @@
 #include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
 #include "Canvas/UI/Native/SDL/detail/KeyMapSDL.h"
+#include "Canvas/UI/Native/SDL/detail/WindowPositionX11.h"
 
 #include <SDL.h>
 
@@ -91,14 +92,18 @@ bool HostWindowSDL::create(void*, void*, String const& text)
     if (client.Width() < 1 || client.Height() < 1)
         client =
             Rect(client.TopLeft(), Size(std::max(client.Width(), 1), std::max(client.Height(), 1)));
-    window = SDL_CreateWindow(text.CStr(), client.left, client.top, client.Width(), client.Height(),
-                              sdlFlagsFor(style));
+    // A window manager puts a new window's frame, not its inside, where the window asks to be;
+    // without one the two are the same.
+    window = SDL_CreateWindow(text.CStr(), windowRect.left, windowRect.top, client.Width(),
+                              client.Height(), sdlFlagsFor(style));
     if (!window)
         return false;
     windowId = SDL_GetWindowID(window);
     nativeHandle = window;
     ownsTopLevel = true;
     factory().registerWindow(this);
+    wantedWindowSize = windowRect.GetSize();
+    fitFrameOnShow = restoredFromSettings && !style.noFrame;
     updateClientRect();
     updateWindowRect();
     restoredRect = windowRect;
@@ -139,6 +144,9 @@ void HostWindowSDL::InvalidateRect(Rect)
 
 Point HostWindowSDL::GetScreenPos()
 {
+    // The window manager may have moved the inside into its frame since the last event.
+    updateClientRect();
+    updateWindowRect();
     return clientRect.TopLeft();
 }
 
@@ -220,7 +228,8 @@ Rect HostWindowSDL::borders() const
 Rect HostWindowSDL::readClientRect() const
 {
     int x = 0, y = 0, w = 0, h = 0;
-    SDL_GetWindowPosition(window, &x, &y);
+    if (!detail::ReadX11ClientPosition(window, x, y))
+        SDL_GetWindowPosition(window, &x, &y);
     SDL_GetWindowSize(window, &w, &h);
     return Rect(Point(x, y), Size(w, h));
 }
@@ -259,6 +268,8 @@ void HostWindowSDL::SetGeometry(int x, int y, int width, int height)
         if (wanted.Height() > screen.Height())
             wanted = Rect(Point(wanted.left, screen.top), Size(wanted.Width(), screen.Height()));
     }
+    if (fitFrameOnShow)
+        wantedWindowSize = wanted.GetSize();
     Rect b = borders();
     Rect client(wanted.left + b.left, wanted.right - b.right, wanted.top + b.top,
                 wanted.bottom - b.bottom);
@@ -327,6 +338,31 @@ void HostWindowSDL::Show(bool activate)
     // The window may have been placed by the window manager meanwhile.
     updateClientRect();
     updateWindowRect();
+    fitFrame();
+}
+
+void HostWindowSDL::fitFrame()
+{
+    // Restored from the settings before the window manager told its frame, the window took the
+    // whole saved rect as its inside. Now that the frame is known, the inside shrinks so that
+    // the window, frame included, is the saved rect: what is saved at the end is then what was
+    // restored, run after run.
+    if (!fitFrameOnShow || fullScreen || IsMaximized())
+        return;
+    Rect const b = borders();
+    if (b.left == 0 && b.right == 0 && b.top == 0 && b.bottom == 0)
+        return;
+    fitFrameOnShow = false;
+    Rect client =
+        clampToLimits(Rect(clientRect.TopLeft(), Size(wantedWindowSize.width - b.left - b.right,
+                                                      wantedWindowSize.height - b.top - b.bottom)));
+    if (client.GetSize() == clientRect.GetSize() || client.Width() < 1 || client.Height() < 1)
+        return;
+    SDL_SetWindowSize(window, client.Width(), client.Height());
+    updateClientRect();
+    updateWindowRect();
+    if (frame)
+        frame->SetDrawRect(Rect(0, clientRect.Width() - 1, 0, clientRect.Height() - 1));
 }
 
 void HostWindowSDL::Hide()
@@ -531,6 +567,7 @@ void HostWindowSDL::handleWindowEvent(SDL_Event const& event)
     case SDL_WINDOWEVENT_MOVED:
         updateClientRect();
         updateWindowRect();
+        fitFrame();
         signalMoved();
         break;
     case SDL_WINDOWEVENT_EXPOSED:

@@ -82,6 +82,7 @@ private:
     void userClose();
     Rect readClientRect() const;
     Rect borders() const;
+    void fitFrame();
 
     SDL_Window* window = nullptr;
     unsigned int windowId = 0;
@@ -91,6 +92,11 @@ private:
     bool topMost = false;
     bool presentTraced = false;
     Rect restoredRect;
+
+    /// Set for a window restored from the settings until its frame is known: the window rect
+    /// asked for, whose size the first show fits once the frame is there.
+    bool fitFrameOnShow = false;
+    Size wantedWindowSize;
 };
 
 } // namespace Native

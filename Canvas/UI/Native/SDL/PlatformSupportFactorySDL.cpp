@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 namespace UI
@@ -134,6 +135,14 @@ bool PlatformSupportFactorySDL::EnsureVideo()
         return false;
     }
     eventType = SDL_RegisterEvents(1);
+    // Without a display to name, SDL would try the Wayland default and fill the error output
+    // with the compositor library's complaints before failing anyway.
+    if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY") &&
+        !std::getenv("SDL_VIDEODRIVER"))
+    {
+        initError = String("neither DISPLAY nor WAYLAND_DISPLAY is set");
+        return false;
+    }
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
     {
         initError = String(SDL_GetError());
@@ -524,6 +533,14 @@ void PlatformSupportFactorySDL::MessageOK(String const& title, String const& tex
 // the run loop
 // ============================================================================================
 
+bool PlatformSupportFactorySDL::OpenDisplay(String& reason)
+{
+    if (EnsureVideo())
+        return true;
+    reason = initError;
+    return false;
+}
+
 void PlatformSupportFactorySDL::RunEventLoop()
 {
     EnsureVideo();
@@ -578,7 +595,7 @@ bool PlatformSupportFactorySDL::handleQuitShortcut(SDL_Event const& event)
     if (event.type == SDL_KEYDOWN && event.key.keysym.sym == SDLK_q &&
         (event.key.keysym.mod & KMOD_CTRL) && !(event.key.keysym.mod & (KMOD_ALT | KMOD_SHIFT)))
     {
-        QuitEventLoop();
+        PlatformSupportFactory::RequestQuit();
         return true;
     }
     return false;
@@ -612,7 +629,7 @@ void PlatformSupportFactorySDL::dispatch(SDL_Event const& event)
     }
     if (event.type == SDL_QUIT)
     {
-        QuitEventLoop();
+        PlatformSupportFactory::RequestQuit();
         return;
     }
     if (handleQuitShortcut(event))

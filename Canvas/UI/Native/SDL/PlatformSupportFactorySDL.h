@@ -19,7 +19,8 @@ class HostWindowSDL;
 
 /// The platform over SDL 2: windows, input state, cursors, message boxes and the run loop, which
 /// sleeps in `SDL_WaitEventTimeout` until the next event, posted message or timer of
-/// `TimerQueue::Main`. SDL's video part starts on first use. Ctrl+Q quits the run loop.
+/// `TimerQueue::Main`. SDL's video part starts on first use. Ctrl+Q and the session's quit request
+/// go to `PlatformSupportFactory::RequestQuit`.
 class PlatformSupportFactorySDL : public PlatformSupportFactory::Impl
 {
 public:
@@ -70,6 +71,7 @@ public:
 
     void MessageOK(String const& title, String const& text) override;
 
+    bool OpenDisplay(String& reason) override;
     void RunEventLoop() override;
     void QuitEventLoop() override;
     bool IsEventLoopQuitting() override { return quitting; }

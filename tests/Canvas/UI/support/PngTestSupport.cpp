@@ -50,7 +50,7 @@ void readFromString(png_structp png, png_bytep out, png_size_t length)
     s->at += length;
 }
 
-bool writeAll(png_structp png, png_infop info, PngSpec const& sample, std::string* out,
+bool writeAll(png_structp png, png_infop info, PngSample const& sample, std::string* out,
               png_bytepp rows)
 {
     if (setjmp(png_jmpbuf(png)))
@@ -85,7 +85,7 @@ bool readAll(png_structp png, png_infop info)
 
 } // namespace
 
-std::string MakePng(PngSpec const& sample)
+std::string MakePng(PngSample const& sample)
 {
     int const channels = channelsOf(sample.colorType);
     std::size_t const perRow = std::size_t(sample.width) * channels;

@@ -11,7 +11,7 @@ namespace TestSupport
 /// What a test PNG holds: the header values, the samples of each row as libpng stores them
 /// (one value a sample, 8 or 16 bits, packed by the writer for depths below 8), and an
 /// optional palette and transparency.
-struct PngSpec
+struct PngSample
 {
     unsigned int width = 0;
     unsigned int height = 0;
@@ -26,7 +26,7 @@ struct PngSpec
 };
 
 /// The file libpng's own writer makes of `sample`.
-std::string MakePng(PngSpec const& sample);
+std::string MakePng(PngSample const& sample);
 
 /// The samples of a PNG read back by libpng with no transform (16 bits kept), row after row;
 /// empty when it can't be read.
