@@ -610,6 +610,13 @@ void PlatformSupportFactorySDL::dispatch(SDL_Event const& event)
             return;
         }
     }
+    if (modalHandler)
+    {
+        // A copy: the handler may end the modal state, and with it itself.
+        ModalEventHandler const handler = modalHandler;
+        if (handler(event))
+            return;
+    }
     if (event.type == SDL_QUIT)
     {
         QuitEventLoop();
