@@ -101,6 +101,31 @@ class GallerySession(unittest.TestCase):
             lambda: screen_pixel(self.display, *box) != before, timeout=5),
             "the check box shows no change after an in-place edit")
 
+    def tip_shown(self):
+        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name",
+                               "^ToolTip HostWindow$"], env=gui_test.x_env(self.display),
+                              capture_output=True).returncode == 0
+
+    def rest_on_tip_target(self):
+        x, y = self.centre("ToolTip Target")
+        gui_test.xdotool(self.display, "mousemove", "--sync", x + 5, y)
+        gui_test.xdotool(self.display, "mousemove", "--sync", x, y)
+        return self.driver.wait_until(self.tip_shown, timeout=10)
+
+    def test_2_tool_tips_take_no_focus_and_come_back_after_a_click(self):
+        main = find_window(self.display, "Gallery")[0]
+        gui_test.xdotool(self.display, "windowactivate", "--sync", main)
+        for round in range(2):
+            self.assertTrue(self.rest_on_tip_target(), "no tool tip in round %d" % round)
+            state = window_state(self.display, "ToolTip HostWindow")
+            self.assertIn("_NET_WM_WINDOW_TYPE_TOOLTIP", state)
+            self.assertIn("_NET_WM_STATE_SKIP_TASKBAR", state)
+            self.assertEqual(main, gui_test.xdotool(self.display, "getwindowfocus").strip())
+            # A click on a button, then back to the target: the tip shows again.
+            gui_test.click(self.display, *self.centre("Push Button"))
+            self.assertTrue(self.program.wait_for_line("clicked Push Button", 10))
+            self.driver.wait_until(lambda: not self.tip_shown(), timeout=10)
+
 
 def main():
     global ARGS

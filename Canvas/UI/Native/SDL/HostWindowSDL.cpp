@@ -42,6 +42,10 @@ PlatformSupportFactorySDL& factory()
 Uint32 sdlFlagsFor(HostWindowStyle const& style)
 {
     Uint32 flags = SDL_WINDOW_HIDDEN;
+    // SDL makes a tool tip a window that the window manager leaves alone: it takes no focus.
+    if (style.toolTip)
+        return flags | SDL_WINDOW_TOOLTIP | SDL_WINDOW_BORDERLESS | SDL_WINDOW_SKIP_TASKBAR |
+               SDL_WINDOW_ALWAYS_ON_TOP;
     if (style.noFrame)
         return flags | SDL_WINDOW_BORDERLESS;
     if (style.utilityPanel)
@@ -97,6 +101,8 @@ bool HostWindowSDL::create(void*, void*, String const& text)
         return false;
     windowId = SDL_GetWindowID(window);
     nativeHandle = window;
+    if (style.toolTip)
+        topMost = true;
     ownsTopLevel = true;
     factory().registerWindow(this);
     updateClientRect();
@@ -317,7 +323,7 @@ void HostWindowSDL::Show(bool activate)
         return;
     SDL_SetWindowAlwaysOnTop(window, topMost ? SDL_TRUE : SDL_FALSE);
     SDL_ShowWindow(window);
-    if (activate)
+    if (activate && !style.toolTip)
     {
         SDL_RaiseWindow(window);
         SDL_SetWindowInputFocus(window);
@@ -339,7 +345,8 @@ void HostWindowSDL::Hide()
 
 void HostWindowSDL::Raise(bool activate, bool)
 {
-    if (!window)
+    // A tool tip is above the others already, and raising would hand it the focus.
+    if (!window || (style.toolTip && !activate))
         return;
     // SDL brings a window to the front only together with the focus.
     SDL_RaiseWindow(window);

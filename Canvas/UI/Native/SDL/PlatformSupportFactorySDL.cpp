@@ -158,9 +158,9 @@ HostWindow* PlatformSupportFactorySDL::CreateHostWindow(Canvas* canvas, String c
 
 void PlatformSupportFactorySDL::ConfigurePopupWindow(HostWindow* window)
 {
-    HostWindowSDL* host = dynamic_cast<HostWindowSDL*>(window);
-    if (host && host->GetSDLWindow())
-        SDL_SetWindowAlwaysOnTop(host->GetSDLWindow(), SDL_TRUE);
+    // Through the window, so that showing it again keeps it on top.
+    if (window)
+        window->SetTopMost(true, false);
 }
 
 Rect PlatformSupportFactorySDL::ConvertClientToWindowRect(Rect const& client, bool,
