@@ -116,7 +116,12 @@ class GallerySession(unittest.TestCase):
         main = find_window(self.display, "Gallery")[0]
         gui_test.xdotool(self.display, "windowactivate", "--sync", main)
         for round in range(2):
+            self.driver.take_notices()
             self.assertTrue(self.rest_on_tip_target(), "no tool tip in round %d" % round)
+            # The host window tells the bridge about its showing, with its native handle.
+            shown = self.driver.wait_for_notice(
+                lambda n: n.kind == "Show" and n.texts[:1] == ["ToolTip HostWindow"], timeout=5)
+            self.assertTrue(shown.texts[1].startswith("0x"), shown)
             state = window_state(self.display, "ToolTip HostWindow")
             self.assertIn("_NET_WM_WINDOW_TYPE_TOOLTIP", state)
             self.assertIn("_NET_WM_STATE_SKIP_TASKBAR", state)
@@ -125,6 +130,26 @@ class GallerySession(unittest.TestCase):
             gui_test.click(self.display, *self.centre("Push Button"))
             self.assertTrue(self.program.wait_for_line("clicked Push Button", 10))
             self.driver.wait_until(lambda: not self.tip_shown(), timeout=10)
+            self.driver.wait_for_notice(
+                lambda n: n.kind == "Hide" and n.texts[:1] == ["ToolTip HostWindow"], timeout=5)
+
+    def test_3_the_about_box_belongs_to_its_parent_and_closes_on_escape(self):
+        self.driver.take_notices()
+        self.driver.call("windowAutomationRequest", widget="Gallery Main Window",
+                         request="OpenAbout")
+        self.driver.wait_for_notice(
+            lambda n: n.kind == "Show" and n.texts[:1] == ["About Gallery"], timeout=10)
+        box = find_window(self.display, "About Gallery")
+        self.assertTrue(box)
+        main = find_window(self.display, "Gallery")[0]
+        transient = subprocess.run(["xprop", "-id", box[0], "WM_TRANSIENT_FOR"],
+                                   env=gui_test.x_env(self.display), capture_output=True,
+                                   text=True, timeout=20).stdout
+        self.assertIn(hex(int(main)), transient)
+        gui_test.xdotool(self.display, "windowactivate", "--sync", box[0])
+        gui_test.xdotool(self.display, "key", "Escape")
+        self.driver.wait_for_notice(
+            lambda n: n.kind == "Destroy" and n.texts[:1] == ["About Gallery"], timeout=10)
 
 
 def main():

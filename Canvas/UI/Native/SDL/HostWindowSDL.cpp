@@ -17,6 +17,7 @@
 #include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
 #include "Canvas/UI/Native/SDL/detail/KeyMapSDL.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 
 #include <SDL.h>
 
@@ -84,7 +85,7 @@ HostWindowSDL::~HostWindowSDL()
         destroy(true);
 }
 
-bool HostWindowSDL::create(void*, void*, String const& text)
+bool HostWindowSDL::create(void* parent, void*, String const& text)
 {
     if (!factory().EnsureVideo())
         return false;
@@ -101,6 +102,10 @@ bool HostWindowSDL::create(void*, void*, String const& text)
         return false;
     windowId = SDL_GetWindowID(window);
     nativeHandle = window;
+    // A window with a parent (a box of the program's main window) stays tied to it: the window
+    // manager keeps it above its parent and out of the task bar.
+    if (parent)
+        SDL_SetWindowModalFor(window, static_cast<SDL_Window*>(parent));
     if (style.toolTip)
         topMost = true;
     ownsTopLevel = true;
@@ -333,6 +338,7 @@ void HostWindowSDL::Show(bool activate)
     // The window may have been placed by the window manager meanwhile.
     updateClientRect();
     updateWindowRect();
+    TestAutomationInterface::SendHostWindow("Show", windowName, window);
 }
 
 void HostWindowSDL::Hide()
@@ -341,6 +347,7 @@ void HostWindowSDL::Hide()
         return;
     SDL_HideWindow(window);
     visible = false;
+    TestAutomationInterface::SendHostWindow("Hide", windowName, window);
 }
 
 void HostWindowSDL::Raise(bool activate, bool)
@@ -431,6 +438,7 @@ void HostWindowSDL::destroy(bool closeNative)
     SDL_HideWindow(window);
     if (closeNative)
         SDL_DestroyWindow(window);
+    TestAutomationInterface::SendHostWindow("Destroy", windowName, window);
     window = nullptr;
     windowId = 0;
     nativeHandle = nullptr;
