@@ -10,6 +10,7 @@
 
 #include "Canvas/UI/Canvas.h"
 
+#include "Canvas/UI/Borders.h"
 #include "Canvas/UI/CanvasPlatform.h"
 #include "Canvas/UI/CanvasUICodeToken.h"
 #include "Canvas/UI/Design.h"
@@ -18,10 +19,14 @@
 #include "Canvas/UI/FontCache.h"
 #include "Canvas/UI/FontInfo.h"
 #include "Canvas/UI/Frame.h"
+#include "Canvas/UI/Orientation.h"
 #include "Canvas/UI/Palette.h"
 #include "Canvas/UI/PrimitiveFactory.h"
 #include "Canvas/UI/StringWidthCache.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/Window.h"
+#include "Canvas/UI/WindowFactory.h"
+#include "Canvas/UI/WindowFactoryRegistration/BuiltInWindowTypes.h"
 #include "TvBase/Command/CommandManager.h"
 #include "TvBase/Language/Translator.h"
 #include "TvBase/Util/ConfigFile.h"
@@ -119,10 +124,35 @@ Canvas::Canvas(String const& name, unsigned int number1, unsigned int number2,
         Util::ResourceManager::Get().SetOverridePath(FolderPath(overridePath));
 
     propertySerializer->RegisterStandardTypes();
+    // The toolkit's own named enumerations, so that layouts can set them on any window.
+    static char const* borderStyles[] = {"None",
+                                         "Outline",
+                                         "Shadow From Top",
+                                         "Shadow From Top Left",
+                                         "Rounded Rect",
+                                         "Rounded Rect Shadow Bottom Right"};
+    static char const* orientations[] = {"Horizontal", "Vertical"};
+    propertySerializer->RegisterNamedEnumType<Borders::BorderStyle>(
+        "Border Style", array_ref<char const*>(borderStyles, 6));
+    propertySerializer->RegisterNamedEnumType<Orientation>("Orientation",
+                                                           array_ref<char const*>(orientations, 2));
+    // Any program on the toolkit can be driven, not only those that tell the bridge.
+    TestAutomationInterface::SetCanvas(this);
+}
+
+WindowFactory* Canvas::GetWindowFactory()
+{
+    if (!windowFactory)
+    {
+        windowFactory.reset(new WindowFactory());
+        RegisterBuiltInWindowTypes(*windowFactory);
+    }
+    return windowFactory.get();
 }
 
 Canvas::~Canvas()
 {
+    TestAutomationInterface::ClearCanvas(this);
     hideToolTip();
     resetToolTipState();
     toolTip = nullptr;

@@ -41,6 +41,7 @@ class FontCache;
 class Frame;
 class Palette;
 class PrimitiveFactory;
+class WindowFactory;
 class StringWidthCache;
 class Window;
 
@@ -105,6 +106,9 @@ public:
     Util::ConfigFile* GetConfigFile() const { return configFile.get(); }
     Util::PropertySerializer* GetPropertySerializer() const { return propertySerializer.get(); }
     PrimitiveFactory* GetPrimitiveFactory() const { return primitiveFactory.get(); }
+    /// The factory that makes windows by type name for layouts and the design tools, made on
+    /// first use with the built-in window types registered; it dies with the canvas.
+    WindowFactory* GetWindowFactory();
     Command::CommandManager* GetCommandManager() const { return commandManager.get(); }
 
     /// The platform door for tips and native windows; null until the host layer sets one.
@@ -272,6 +276,7 @@ private:
     String layoutFolder;
     std::unique_ptr<Util::PropertySerializer> propertySerializer;
     std::unique_ptr<PrimitiveFactory> primitiveFactory;
+    std::unique_ptr<WindowFactory> windowFactory;
     std::unique_ptr<Command::CommandManager> commandManager;
     std::map<String, boost::any> values;
     std::vector<Frame*> frames;

@@ -272,6 +272,7 @@ void Frame::RenderInvalidRegions(bool consume)
     }
     // An exposure pass draws no marks, not even on text.
     ScopedValue<bool> textOnlyScope(g_bHotDrawTextOnly, consume ? textOnly : false);
+    ScopedValue<bool> hotScope(g_hotDrawApplies, hot);
 
     std::vector<Rect> regions = invalidRegions;
     if (consume)
@@ -357,11 +358,12 @@ void Frame::SetNativeWindowOffset(Point const& offset)
 
 void Frame::SetDrawRect(Rect const& rect)
 {
-    Rect r = rect.IsEmpty() ? Rect() : rect;
+    // An empty rectangle (a window with no room yet) is stored in one well-formed form.
+    Rect const r = rect.IsEmpty() ? Rect(0, 0, 0, 0) : rect;
     if (r == drawRect)
         return;
     drawRect = r;
-    size = r.IsEmpty() ? Size() : r.GetSize();
+    size = r.GetSize();
     if (topLevelWindow)
         topLevelWindow->SetGeometry(0, 0, size.width, size.height);
     Invalidate(Rect(0, size.width - 1, 0, size.height - 1), true);
@@ -692,8 +694,9 @@ bool Frame::handleKeyboardMessage(KeyboardMessage message, unsigned int keyCode,
     if (!result && canvas)
     {
         Frame* other = canvas->GetCurrentFrame();
+        // Through the public door, so that the bridge hears of the key handed on as well.
         if (other && other != this)
-            result = other->handleKeyboardMessage(message, keyCode, character, flags, repeat);
+            result = other->HandleKeyboardMessage(message, keyCode, character, flags, repeat);
     }
     return result;
 }

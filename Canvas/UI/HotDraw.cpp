@@ -5,5 +5,8 @@ namespace UI
 
 int g_hotDrawMode = 0;
 bool g_bHotDrawTextOnly = false;
+bool g_hotDrawApplies = false;
+TextProfilingCallback g_fnTextProfilingCallback = nullptr;
+void* g_pTextProfilingCallbackInstance = nullptr;
 
 } // namespace UI

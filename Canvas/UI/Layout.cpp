@@ -368,12 +368,6 @@ void saveGeometry(Window const* window, XMLElement* element)
     element->SetAttribute("Y", String::Number(r.top).CStr());
     element->SetAttribute("Width", String::Number(r.Width()).CStr());
     element->SetAttribute("Height", String::Number(r.Height()).CStr());
-    // The metrics go with the geometry, so that a file the design tools save keeps those it
-    // was loaded with.
-    std::vector<int> const& metrics = window->GetDynamicLayoutMetrics();
-    for (std::size_t i = 0; i < metrics.size(); ++i)
-        element->SetAttribute(String("Metric%1").Arg(static_cast<unsigned long>(i)).CStr(),
-                              String::Number(metrics[i]).CStr());
 }
 
 void saveProperties(Window const* window, XMLElement* element)

@@ -4,9 +4,11 @@
 #include "Canvas/UI/BoxDrawing.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Font.h"
+#include "Canvas/UI/HotDraw.h"
 #include "Canvas/UI/LineInfo.h"
 #include "Canvas/UI/Native/DIBSection.h"
 #include "Canvas/UI/detail/PixelMath.h"
+#include "TvBase/Util/SimpleRandGenerator.h"
 
 #include <algorithm>
 #include <cstring>
@@ -178,8 +180,27 @@ UI::Rect MemoryDrawContext::DrawText(UI::Font* font, UI::Rect const& rect, UI::P
         return UI::Rect();
     // An empty box stays empty: the text is then placed by its point alone.
     UI::Rect box = rect.IsEmpty() ? rect : rect.Offset(translation.x, translation.y);
-    return font->RenderText(point + translation, text, color | 0xFF000000u, alpha, clip,
-                            section.get(), hAlign, vAlign, box);
+    // On a centred axis the point is an offset from the box's centre, which moved already.
+    UI::Point const at(point.x + (hAlign == UI::HAlignCenter ? 0 : translation.x),
+                       point.y + (vAlign == UI::VAlignCenter ? 0 : translation.y));
+    UI::Rect const drawn = font->RenderText(at, text, color | 0xFF000000u, alpha, clip,
+                                            section.get(), hAlign, vAlign, box);
+    if (!drawn.IsEmpty())
+        applyHotDrawAndProfile(text, drawn);
+    return drawn;
+}
+
+void MemoryDrawContext::applyHotDrawAndProfile(String const& text, UI::Rect const& rect)
+{
+    if (UI::g_fnTextProfilingCallback)
+        UI::g_fnTextProfilingCallback(UI::g_pTextProfilingCallbackInstance, 0, text.Length(),
+                                      text.CStr());
+    if (!UI::g_hotDrawApplies || !UI::g_bHotDrawTextOnly)
+        return;
+    static Util::SimpleRandGenerator generator;
+    unsigned int const red = (((generator.GetNext() % 205) << 16) + 0x320000) | 0xFF000000u;
+    // The rectangle is in bitmap coordinates already.
+    FillBox(section->GetPixels(), section->GetStride(), clip, rect, red);
 }
 
 void MemoryDrawContext::BitBlt(UI::DIBits* bits, UI::Rect const& source,

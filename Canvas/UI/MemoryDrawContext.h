@@ -70,6 +70,9 @@ protected:
     void resizeDIBSection(UI::Size const& size) override;
 
 private:
+    /// Reports the text to the profiling callback and, with hot-draw on text, covers `rect`
+    /// (bitmap coordinates) in a flashing red.
+    void applyHotDrawAndProfile(String const& text, UI::Rect const& rect);
     boost::shared_ptr<UI::Native::DIBSection> section;
     UI::Size size = UI::Size(-1, -1);
     UI::Rect clip;

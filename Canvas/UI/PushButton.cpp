@@ -1,6 +1,9 @@
 #include "Canvas/UI/PushButton.h"
 
+#include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/DrawContext.h"
+#include "Canvas/UI/Ellipsize.h"
+#include "Canvas/UI/Font.h"
 #include "Canvas/UI/MultiText.h"
 #include "Canvas/UI/detail/ButtonDrawing.h"
 
@@ -159,9 +162,39 @@ void PushButton::placeLabel()
 void PushButton::drawCaption(DrawContext* context, unsigned int color)
 {
     checked_value<Point> offset = GetProperty<Point>(kCaptionOffset);
-    detail::DrawCentredText(context, detail::WindowFont(this, captionFont), GetCaption(),
-                            GetGeometry().GetSize(), offset ? *offset : Point(), color,
-                            detail::CombineAlpha(color, GetEffectiveAlpha()), ellipsize);
+    Font* font = detail::WindowFont(this, captionFont);
+    unsigned char const alpha = detail::CombineAlpha(color, GetEffectiveAlpha());
+    checked_value<bool> preRender = GetProperty<bool>(kPreRender);
+    if (!preRender || !*preRender || !font)
+    {
+        preRenderedCaption.reset();
+        detail::DrawCentredText(context, font, GetCaption(), GetGeometry().GetSize(),
+                                offset ? *offset : Point(), color, alpha, ellipsize);
+        return;
+    }
+    String text = GetCaption();
+    if (text.IsEmpty() || alpha == 0)
+        return;
+    if (ellipsize && detail::TextWidth(font, text) > GetWidth())
+        text = Ellipsize(font, text, GetWidth(), EllipsisEnd);
+    int const width = detail::TextWidth(font, text);
+    int const height = detail::FontHeight(font);
+    if (width <= 0 || height <= 0)
+        return;
+    if (!preRenderedCaption || text != preRenderedText || color != preRenderedColor ||
+        font != preRenderedFont)
+    {
+        boost::shared_array<unsigned int> pixels(new unsigned int[width * height]());
+        preRenderedCaption.reset(new DIBits(pixels, width, width, height, true));
+        font->RenderText(Point(0, 0), text, color, 255, Rect(0, width - 1, 0, height - 1),
+                         *preRenderedCaption, HAlignLeft, VAlignTop, Rect());
+        preRenderedText = text;
+        preRenderedColor = color;
+        preRenderedFont = font;
+    }
+    Point const at =
+        Point((GetWidth() - width) / 2, (GetHeight() - height) / 2) + (offset ? *offset : Point());
+    context->BitBlt(preRenderedCaption.get(), Rect(0, width - 1, 0, height - 1), at, alpha);
 }
 
 void PushButton::Draw(DrawContext* context)

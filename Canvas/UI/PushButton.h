@@ -1,10 +1,14 @@
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 #include "Canvas/UI/Button.h"
 
 namespace UI
 {
 
+class DIBits;
+class Font;
 class MultiText;
 
 /// A momentary button with a caption in its middle and a label child. Its colours are palette
@@ -40,6 +44,10 @@ public:
     void SetBorderColorKey(String const& key);
     /// The pixel width of the caption in its font.
     int GetCaptionWidth() const;
+    /// Whether the caption is drawn from its bitmap "Pre-rendered Caption" (made on the first
+    /// draw with "Enable Pre-rendered Caption Text" on, remade when the text, colour or font
+    /// change).
+    bool HasPreRenderedCaption() const { return preRenderedCaption.get() != nullptr; }
     /// The label child, named "<name> Label Text"; never saved to a layout.
     MultiText* GetLabelWindow() const { return label; }
 
@@ -67,6 +75,11 @@ private:
     String stringProperty(char const* name) const;
 
     MultiText* label;
+    /// A static caption costs one blit: its glyphs in a bitmap, with what they were made from.
+    boost::shared_ptr<DIBits> preRenderedCaption;
+    String preRenderedText;
+    unsigned int preRenderedColor = 0;
+    Font* preRenderedFont = nullptr;
 };
 
 } // namespace UI

@@ -86,6 +86,12 @@ void TestAutomationInterface::SetCanvas(Canvas* canvas)
     TestAutomation::TestAutomationCore::m_pCanvas = canvas;
 }
 
+void TestAutomationInterface::ClearCanvas(Canvas* canvas)
+{
+    if (TestAutomation::TestAutomationCore::m_pCanvas == canvas)
+        TestAutomation::TestAutomationCore::m_pCanvas = nullptr;
+}
+
 void TestAutomationInterface::SetAppMainWindow(ApplicationMainWindow* window)
 {
     TestAutomation::TestAutomationCore::m_pAppMainWin = window;
@@ -155,6 +161,13 @@ void TestAutomationInterface::SendWindow(char const* kind, String const& name, S
 {
     if (core && kind)
         send(core.get(), kind, {name, handle});
+}
+
+void TestAutomationInterface::SendHostWindow(char const* kind, String const& name,
+                                             void const* handle)
+{
+    if (core && kind)
+        send(core.get(), kind, {name, handleText(handle)});
 }
 
 // ============================================================================================

@@ -38,6 +38,8 @@ public:
 
     /// Told by the canvas and the main windows as they come and go, with null at their end.
     static void SetCanvas(Canvas* canvas);
+    /// Forgets `canvas` if it is the one set; a canvas calls it as it dies.
+    static void ClearCanvas(Canvas* canvas);
     static void SetAppMainWindow(ApplicationMainWindow* window);
     static void SetMainPluginWindow(Window* window);
 
@@ -60,6 +62,8 @@ public:
     /// Kind `kind` ("Show", "Destroy") with the window's name and its frame's native handle.
     static void SendWindow(char const* kind, Window const* window);
     static void SendWindow(char const* kind, String const& name, String const& handle);
+    /// The same for a host window: its name and its native handle.
+    static void SendHostWindow(char const* kind, String const& name, void const* handle);
 
 private:
     static boost::shared_ptr<TestAutomation::TestAutomationCore> core;

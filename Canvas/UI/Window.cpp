@@ -16,7 +16,6 @@
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
-#include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/detail/DebugReport.h"
 #include "Canvas/UI/detail/Stacking.h"
 
@@ -93,8 +92,6 @@ Window::Window(Frame* frame, Window* parent, String const& name)
 
 Window::~Window()
 {
-    if (!parent)
-        TestAutomationInterface::SendWindow("Destroy", this);
     if (!beingDestroyed)
         Update();
     beingDestroyed = true;
@@ -458,8 +455,6 @@ void Window::Show()
         frame->UpdateFocusIndicator(false);
     Update();
     signalVisibility(true);
-    if (!parent)
-        TestAutomationInterface::SendWindow("Show", this);
 }
 
 void Window::Hide()

@@ -2,23 +2,12 @@
 
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Window.h"
-#include "Canvas/UI/WindowFactoryRegistration/BuiltInWindowTypes.h"
 #include "Canvas/UI/detail/DebugReport.h"
-
-#include <boost/shared_ptr.hpp>
 
 #include <exception>
 
 namespace UI
 {
-
-namespace
-{
-
-/// The canvas keeps its factory among its keyed values, so that the factory dies with it.
-char const* const FactoryKey = "UI::WindowFactory";
-
-} // namespace
 
 bool WindowFactory::registerFactory(String const& name, CreateFunction const& function,
                                     std::type_info const* type)
@@ -77,15 +66,7 @@ std::vector<String> WindowFactory::type_names() const
 
 WindowFactory* GetWindowFactory(Canvas* canvas)
 {
-    if (!canvas)
-        return nullptr;
-    boost::any stored = canvas->GetValueForKey(FactoryKey);
-    if (auto const* factory = boost::any_cast<boost::shared_ptr<WindowFactory>>(&stored))
-        return factory->get();
-    boost::shared_ptr<WindowFactory> factory(new WindowFactory());
-    RegisterBuiltInWindowTypes(*factory);
-    canvas->SetValueForKey(FactoryKey, factory);
-    return factory.get();
+    return canvas ? canvas->GetWindowFactory() : nullptr;
 }
 
 } // namespace UI

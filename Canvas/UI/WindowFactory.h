@@ -74,8 +74,7 @@ private:
     std::map<std::type_info const*, String, TypeLess> names;
 };
 
-/// The factory of `canvas`, made on first use with the built-in window types registered, and
-/// deleted with the canvas. Null for a null canvas.
+/// `canvas->GetWindowFactory()`; null for a null canvas.
 WindowFactory* GetWindowFactory(Canvas* canvas);
 
 } // namespace UI

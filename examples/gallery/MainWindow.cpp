@@ -43,7 +43,7 @@ class AboutPanel : public UI::Window
 {
 public:
     AboutPanel(UI::Frame* frame, boost::function<void()> const& close)
-        : Window(frame, nullptr, AboutName)
+        : Window(frame, nullptr, AboutName), close(close)
     {
         SetGeometry(0, 0, AboutWidth, AboutHeight);
         new UI::Text(frame, this, "About Title", "Gallery", checked_value<unsigned int>(),
@@ -58,6 +58,15 @@ public:
         button->signalClicked.Connect(nullptr, close);
     }
 
+    /// Escape closes the box, as its Close button does.
+    bool onKeyPress(unsigned int keyCode, unsigned int, bool) override
+    {
+        if (keyCode != UI::KeyCode::Escape)
+            return false;
+        close();
+        return true;
+    }
+
     void Draw(UI::DrawContext* context) override
     {
         UI::Rect const all(0, GetWidth() - 1, 0, GetHeight() - 1);
@@ -66,6 +75,9 @@ public:
         context->DrawBox(all, UI::DrawContext::Outline, 0xFF909090, 255);
         Window::Draw(context);
     }
+
+private:
+    boost::function<void()> close;
 };
 
 } // namespace
@@ -141,7 +153,8 @@ bool MainWindow::OpenAbout()
                           UI::Size(AboutWidth, AboutHeight));
     UI::Rect const rect = UI::Native::PlatformSupportFactory::ConvertClientToWindowRect(
         client, false, style, AboutName);
-    if (!box->Create(nullptr, nullptr, AboutName, rect, true, true, style))
+    if (!box->Create(host ? host->GetNativeHandle() : nullptr, nullptr, AboutName, rect, true, true,
+                     style))
         return false;
     box->signalClose.Connect(nullptr, boost::function<void(UI::Native::HostWindow*)>(
                                           [this](UI::Native::HostWindow*) { closeAboutLater(); }));

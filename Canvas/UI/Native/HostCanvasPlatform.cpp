@@ -52,6 +52,7 @@ Frame* HostCanvasPlatform::GetToolTipFrame()
         PlatformSupportFactory::CreateHostWindow(canvas, name, nullptr, nullptr));
     HostWindowStyle style;
     style.noFrame = true;
+    style.toolTip = true;
     if (!host ||
         !host->Create(nullptr, nullptr, name, Rect(Point(0, 0), Size(16, 16)), false, false, style))
     {

@@ -18,8 +18,11 @@ struct HostWindowStyle
     bool zoomable = false;
     /// Close and minimise buttons.
     bool systemButtons = false;
+    /// A tool tip: no frame, above the other windows, never takes the focus and has no entry in
+    /// the task bar.
+    bool toolTip = false;
 
-    bool IsResizable() const { return !noFrame && (resizable || zoomable); }
+    bool IsResizable() const { return !noFrame && !toolTip && (resizable || zoomable); }
 };
 
 } // namespace Native

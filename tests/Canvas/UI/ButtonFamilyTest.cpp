@@ -465,3 +465,40 @@ TEST_F(Images, SimpleBannerBGFillsAndDrawsItsImageTopLeft)
     s.Paint();
     EXPECT_EQ(s.Pixel(0, 15), 0xFF0000FFu);
 }
+
+TEST(PushButtonPreRenderedCaption, DrawsTheSameCaptionFromItsBitmap)
+{
+    // The caption drawn directly and from the bitmap, on the same white fill.
+    auto draw = [](bool preRender, String const& caption, std::vector<unsigned int>& pixels)
+    {
+        Scene s(80, 24);
+        s.canvas.SetPaletteColor("White", 0xFFFFFFFFu);
+        auto* button =
+            new UI::PushButton(s.frame.get(), nullptr, "Push", caption, "",
+                               checked_value<unsigned int>(), checked_value<unsigned int>());
+        button->SetGeometry(0, 0, 80, 24);
+        button->SetFillColorKey("White");
+        button->SetProperty<bool>("Enable Pre-rendered Caption Text", preRender);
+        s.Paint();
+        for (int y = 0; y < 24; ++y)
+            for (int x = 0; x < 80; ++x)
+                pixels.push_back(s.Pixel(x, y));
+        return button->HasPreRenderedCaption();
+    };
+    for (char const* caption : {"Go", "Pre-rendered"})
+    {
+        std::vector<unsigned int> direct, cached;
+        EXPECT_FALSE(draw(false, caption, direct));
+        EXPECT_TRUE(draw(true, caption, cached)) << caption;
+        ASSERT_EQ(direct.size(), cached.size());
+        int inked = 0;
+        for (std::size_t i = 0; i < direct.size(); ++i)
+        {
+            inked += direct[i] != 0xFFFFFFFFu;
+            for (int shift : {0, 8, 16})
+                EXPECT_NEAR(int((direct[i] >> shift) & 0xFF), int((cached[i] >> shift) & 0xFF), 2)
+                    << caption << " at " << i;
+        }
+        EXPECT_GT(inked, 10) << caption;
+    }
+}

@@ -79,6 +79,13 @@ TEST(CanvasConstruction, KeepsArgumentsAndBuildsSharedParts)
     EXPECT_EQ(String("String"), *serializer->GetTypeName(typeid(String)));
     EXPECT_EQ(String("Float"), *serializer->GetTypeName(typeid(float)));
     EXPECT_EQ(String("Bool"), *serializer->GetTypeName(typeid(bool)));
+    // And the toolkit's named enumerations, for layouts that set them.
+    ASSERT_NE(nullptr, serializer->GetEnumNames("Border Style"));
+    EXPECT_EQ(String("Rounded Rect Shadow Bottom Right"),
+              serializer->GetEnumNames("Border Style")->back());
+    ASSERT_NE(nullptr, serializer->GetEnumNames("Orientation"));
+    EXPECT_EQ((std::vector<String>{"Horizontal", "Vertical"}),
+              *serializer->GetEnumNames("Orientation"));
 
     // The palette exists and starts empty: no default table.
     ASSERT_NE(nullptr, canvas.GetPalette());

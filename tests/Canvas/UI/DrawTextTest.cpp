@@ -2,12 +2,16 @@
 
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Font.h"
+#include "Canvas/UI/HotDraw.h"
 #include "Canvas/UI/Native/DIBSection.h"
 #include "tests/Canvas/UI/CanvasTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
 
 using UI::Point;
 using UI::Rect;
@@ -137,4 +141,62 @@ TEST(MemoryDrawContextText, NothingToDrawWithoutFontTextOrBitmap)
 
     UI::MemoryDrawContext unpainted("No Bitmap");
     EXPECT_TRUE(unpainted.DrawText(&p.font, Point(5, 5), "Text", kInk, 255).IsEmpty());
+}
+
+TEST(MemoryDrawContextText, ACentredAxisIgnoresTheTranslationOfThePoint)
+{
+    // (alignment, point): a translated paint lands where the untranslated box moved by hand does.
+    struct Case
+    {
+        UI::HAlignment h;
+        UI::VAlignment v;
+    } const cases[] = {{UI::HAlignCenter, UI::VAlignTop},
+                       {UI::HAlignLeft, UI::VAlignCenter},
+                       {UI::HAlignCenter, UI::VAlignCenter},
+                       {UI::HAlignLeft, UI::VAlignTop}};
+    for (Case const& c : cases)
+    {
+        Paint moved, reference;
+        moved.context.SetTranslation(Point(10, 4));
+        Rect const got = moved.context.DrawText(&moved.font, Rect(0, 59, 0, 19), Point(3, 2), "Mid",
+                                                kInk, 255, c.h, c.v);
+        Rect const want = reference.context.DrawText(
+            &reference.font, Rect(10, 69, 4, 23),
+            Point(c.h == UI::HAlignCenter ? 3 : 13, c.v == UI::VAlignCenter ? 2 : 6), "Mid", kInk,
+            255, c.h, c.v);
+        EXPECT_EQ(want, got) << c.h << "," << c.v;
+    }
+}
+
+namespace
+{
+std::vector<std::string> profiled;
+void profile(void* instance, int kind, unsigned int length, char const* characters)
+{
+    EXPECT_EQ(&profiled, instance);
+    EXPECT_EQ(0, kind);
+    profiled.emplace_back(characters, length);
+}
+} // namespace
+
+TEST(MemoryDrawContextText, DrawnTextIsProfiledAndMarkedByHotDrawOnText)
+{
+    Paint p;
+    UI::g_fnTextProfilingCallback = &profile;
+    UI::g_pTextProfilingCallbackInstance = &profiled;
+    p.context.DrawText(&p.font, Point(5, 5), "Seen", kInk, 255);
+    p.context.DrawText(&p.font, Point(5, 5), "", kInk, 255);
+    UI::g_fnTextProfilingCallback = nullptr;
+    EXPECT_EQ(profiled, (std::vector<std::string>{"Seen"}));
+
+    // Hot-draw on text covers the drawn rectangle in one red.
+    UI::g_hotDrawApplies = UI::g_bHotDrawTextOnly = true;
+    Rect const drawn = p.context.DrawText(&p.font, Point(40, 10), "Hot", kInk, 255);
+    UI::g_hotDrawApplies = UI::g_bHotDrawTextOnly = false;
+    unsigned int const mark = p.Pixel(drawn.left, drawn.top);
+    EXPECT_EQ(0xFF000000u, mark & 0xFF00FFFFu);
+    EXPECT_GE((mark >> 16) & 0xFF, 0x32u);
+    for (int y = drawn.top; y <= drawn.bottom; ++y)
+        for (int x = drawn.left; x <= drawn.right; ++x)
+            EXPECT_EQ(mark, p.Pixel(x, y)) << x << "," << y;
 }

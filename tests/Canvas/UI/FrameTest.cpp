@@ -843,6 +843,12 @@ TEST(FrameGeometry, TheTopLevelWindowTracksTheDrawRectangle)
     EXPECT_EQ(root->GetGeometry(), Rect(0, 79, 0, 59));
     EXPECT_EQ(s.frame->GetSize(), UI::Size(80, 60));
     EXPECT_EQ(s.frame->GetInvalidRegions(), (std::vector<Rect>{Rect(0, 79, 0, 59)}));
+    // Empty either way: all zeros.
+    for (Rect const& empty : {Rect(5, 4, 0, 9), Rect(0, 9, 3, 2), Rect()})
+    {
+        s.frame->SetDrawRect(empty);
+        EXPECT_EQ(s.frame->GetDrawRect(), Rect(0, 0, 0, 0)) << empty.ToString().CStr();
+    }
 
     delete root;
     EXPECT_EQ(s.frame->GetTopLevelWindow(), nullptr);

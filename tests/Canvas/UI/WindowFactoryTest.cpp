@@ -89,6 +89,9 @@ TEST(WindowFactoryOfCanvas, OnePerCanvasWithTheBuiltInTypes)
     WindowFactory* factory = UI::GetWindowFactory(&s.canvas);
     ASSERT_NE(factory, nullptr);
     EXPECT_EQ(UI::GetWindowFactory(&s.canvas), factory);
+    EXPECT_EQ(s.canvas.GetWindowFactory(), factory);
+    // A member, not one of the canvas's keyed values that any code could replace.
+    EXPECT_TRUE(s.canvas.GetValueForKey("UI::WindowFactory").empty());
     EXPECT_TRUE(factory->IsRegistered("Window"));
     EXPECT_TRUE(factory->IsRegistered("FocusIndicator"));
     EXPECT_EQ(UI::GetWindowFactory(nullptr), nullptr);

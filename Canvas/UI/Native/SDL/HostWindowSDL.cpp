@@ -18,6 +18,7 @@
 #include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
 #include "Canvas/UI/Native/SDL/detail/KeyMapSDL.h"
 #include "Canvas/UI/Native/SDL/detail/WindowPositionX11.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 
 #include <SDL.h>
 
@@ -43,6 +44,10 @@ PlatformSupportFactorySDL& factory()
 Uint32 sdlFlagsFor(HostWindowStyle const& style)
 {
     Uint32 flags = SDL_WINDOW_HIDDEN;
+    // SDL makes a tool tip a window that the window manager leaves alone: it takes no focus.
+    if (style.toolTip)
+        return flags | SDL_WINDOW_TOOLTIP | SDL_WINDOW_BORDERLESS | SDL_WINDOW_SKIP_TASKBAR |
+               SDL_WINDOW_ALWAYS_ON_TOP;
     if (style.noFrame)
         return flags | SDL_WINDOW_BORDERLESS;
     if (style.utilityPanel)
@@ -81,7 +86,7 @@ HostWindowSDL::~HostWindowSDL()
         destroy(true);
 }
 
-bool HostWindowSDL::create(void*, void*, String const& text)
+bool HostWindowSDL::create(void* parent, void*, String const& text)
 {
     if (!factory().EnsureVideo())
         return false;
@@ -100,6 +105,12 @@ bool HostWindowSDL::create(void*, void*, String const& text)
         return false;
     windowId = SDL_GetWindowID(window);
     nativeHandle = window;
+    // A window with a parent (a box of the program's main window) stays tied to it: the window
+    // manager keeps it above its parent and out of the task bar.
+    if (parent)
+        SDL_SetWindowModalFor(window, static_cast<SDL_Window*>(parent));
+    if (style.toolTip)
+        topMost = true;
     ownsTopLevel = true;
     factory().registerWindow(this);
     wantedWindowSize = windowRect.GetSize();
@@ -328,7 +339,7 @@ void HostWindowSDL::Show(bool activate)
         return;
     SDL_SetWindowAlwaysOnTop(window, topMost ? SDL_TRUE : SDL_FALSE);
     SDL_ShowWindow(window);
-    if (activate)
+    if (activate && !style.toolTip)
     {
         SDL_RaiseWindow(window);
         SDL_SetWindowInputFocus(window);
@@ -339,6 +350,7 @@ void HostWindowSDL::Show(bool activate)
     updateClientRect();
     updateWindowRect();
     fitFrame();
+    TestAutomationInterface::SendHostWindow("Show", windowName, window);
 }
 
 void HostWindowSDL::fitFrame()
@@ -371,11 +383,13 @@ void HostWindowSDL::Hide()
         return;
     SDL_HideWindow(window);
     visible = false;
+    TestAutomationInterface::SendHostWindow("Hide", windowName, window);
 }
 
 void HostWindowSDL::Raise(bool activate, bool)
 {
-    if (!window)
+    // A tool tip is above the others already, and raising would hand it the focus.
+    if (!window || (style.toolTip && !activate))
         return;
     // SDL brings a window to the front only together with the focus.
     SDL_RaiseWindow(window);
@@ -460,6 +474,7 @@ void HostWindowSDL::destroy(bool closeNative)
     SDL_HideWindow(window);
     if (closeNative)
         SDL_DestroyWindow(window);
+    TestAutomationInterface::SendHostWindow("Destroy", windowName, window);
     window = nullptr;
     windowId = 0;
     nativeHandle = nullptr;

@@ -12,6 +12,7 @@
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/Native/LineEditor.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
+#include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
 
 #include <SDL.h>
 #include <boost/shared_array.hpp>
@@ -48,8 +49,9 @@ public:
 
     ~InlineEditorWindow()
     {
-        if (filtering)
-            SDL_SetEventFilter(previousFilter, previousFilterData);
+        if (intercepting)
+            PlatformSupportFactorySDL::Get().SetModalEventHandler(
+                PlatformSupportFactorySDL::ModalEventHandler());
         if (window)
             SDL_DestroyWindow(window);
     }
@@ -71,10 +73,10 @@ public:
         windowId = SDL_GetWindowID(window);
         pixels.reset(new unsigned int[size.width * size.height]);
         // The editor is modal over the keyboard: it takes every key and typed text before the
-        // host's loop sees them, whichever window the desktop says has the focus.
-        SDL_GetEventFilter(&previousFilter, &previousFilterData);
-        SDL_SetEventFilter(&InlineEditorWindow::filter, this);
-        filtering = true;
+        // host's windows see them, whichever window the desktop says has the focus.
+        PlatformSupportFactorySDL::Get().SetModalEventHandler([this](SDL_Event const& event)
+                                                              { return handle(event); });
+        intercepting = true;
         SDL_ShowWindow(window);
         SDL_RaiseWindow(window);
         SDL_SetWindowInputFocus(window);
@@ -155,16 +157,11 @@ private:
 
     void finish(bool accept)
     {
+        // The nested loop sees this once the event at hand is dispatched.
         if (done)
             return;
         done = true;
         accepted = accept;
-        // The event that ended the editor may have been taken here: wake the nested loop.
-        SDL_Event wake;
-        SDL_zero(wake);
-        wake.type = SDL_USEREVENT;
-        wake.user.code = -1;
-        SDL_PushEvent(&wake);
     }
 
     void key(SDL_Keysym const& keysym)
@@ -291,16 +288,6 @@ private:
         return text.Length();
     }
 
-    static int filter(void* self, SDL_Event* event)
-    {
-        InlineEditorWindow* editor = static_cast<InlineEditorWindow*>(self);
-        // Events pushed from other threads (posted messages) only pass through.
-        if (SDL_ThreadID() == editor->thread && editor->handle(*event))
-            return 0;
-        return editor->previousFilter ? editor->previousFilter(editor->previousFilterData, event)
-                                      : 1;
-    }
-
     Font* font;
     LineEditor editor;
     int justification;
@@ -308,10 +295,7 @@ private:
     Uint32 windowId = 0;
     Size size;
     boost::shared_array<unsigned int> pixels;
-    SDL_EventFilter previousFilter = nullptr;
-    void* previousFilterData = nullptr;
-    bool filtering = false;
-    SDL_threadID thread = SDL_ThreadID();
+    bool intercepting = false;
     bool hadFocus = false;
     bool done = false;
     bool accepted = false;
@@ -336,7 +320,7 @@ bool PlatformSupportFactory::ExecuteInlineEdit(Frame* frame, Point const& point,
     if (!editor.Open(Point(origin.x + point.x, origin.y + point.y), width))
         return false;
     // The host's loop keeps painting, ticking timers and delivering posted messages meanwhile;
-    // the editor takes its own events through the event filter.
+    // the editor sees every event first through the modal handler.
     while (!editor.IsDone() && !IsEventLoopQuitting())
         ProcessEvents(1000);
     SDL_StopTextInput();

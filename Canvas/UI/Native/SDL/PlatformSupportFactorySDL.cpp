@@ -167,9 +167,9 @@ HostWindow* PlatformSupportFactorySDL::CreateHostWindow(Canvas* canvas, String c
 
 void PlatformSupportFactorySDL::ConfigurePopupWindow(HostWindow* window)
 {
-    HostWindowSDL* host = dynamic_cast<HostWindowSDL*>(window);
-    if (host && host->GetSDLWindow())
-        SDL_SetWindowAlwaysOnTop(host->GetSDLWindow(), SDL_TRUE);
+    // Through the window, so that showing it again keeps it on top.
+    if (window)
+        window->SetTopMost(true, false);
 }
 
 Rect PlatformSupportFactorySDL::ConvertClientToWindowRect(Rect const& client, bool,
@@ -626,6 +626,13 @@ void PlatformSupportFactorySDL::dispatch(SDL_Event const& event)
         default:
             return;
         }
+    }
+    if (modalHandler)
+    {
+        // A copy: the handler may end the modal state, and with it itself.
+        ModalEventHandler const handler = modalHandler;
+        if (handler(event))
+            return;
     }
     if (event.type == SDL_QUIT)
     {

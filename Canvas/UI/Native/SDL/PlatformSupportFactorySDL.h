@@ -2,6 +2,8 @@
 
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 
+#include <boost/function.hpp>
+
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
@@ -87,6 +89,13 @@ public:
     /// Posts a call of `handleUpdate` (`close` false) or `handlePostedClose` on `window`.
     void postWindowRequest(HostWindowSDL* window, bool close);
 
+    /// A modal host window (the inline editor) sees every input event first while it is set;
+    /// it answers true for the events it keeps. Our own posted requests never reach it. Unlike
+    /// an SDL event filter, setting it leaves the queued events alone: dropping a posted update
+    /// would leave its window waiting for it, and unpainted, for good.
+    typedef boost::function<bool(SDL_Event const&)> ModalEventHandler;
+    void SetModalEventHandler(ModalEventHandler const& handler) { modalHandler = handler; }
+
 private:
     struct Posted;
 
@@ -101,6 +110,7 @@ private:
     std::atomic<bool> quitting{false};
     std::thread::id mainThread;
     int loopDepth = 0;
+    ModalEventHandler modalHandler;
     /// Live windows, the one most recently brought to the front last.
     std::vector<HostWindowSDL*> liveWindows;
     Cursor currentCursor;
