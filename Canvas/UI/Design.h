@@ -86,15 +86,15 @@ public:
     };
     typedef std::map<Window*, UndoInfo> UndoRecord;
 
-    static unsigned int const BEAM_COLOR = 0xFFFFFFFF;
-    static unsigned int const GUIDE_COLOR = 0xFFFFFFFF;
-    static unsigned int const SELECTED_GUIDE_COLOR = 0xFF00FFFF;
-    static unsigned int const SELECTION_BOX_COLOR = 0xFFFFFF00;
-    static unsigned int const SELECTION_BOX_COLOR_NO_SAVE = 0xFFFF0000;
-    static unsigned int const SELECTION_BOX_COLOR_CREATE = 0xFF00FFFF;
-    static unsigned int const SINGLE_DRAG_GUIDE_COLOR = 0xFF00FF00;
-    static unsigned int const HOVER_FRAME_COLOR = 0xFFFFFFFF;
-    static unsigned int const RUBBER_BAND_COLOR = 0xFFC8C8C8;
+    static constexpr unsigned int BEAM_COLOR = 0xFFFFFFFF;
+    static constexpr unsigned int GUIDE_COLOR = 0xFFFFFFFF;
+    static constexpr unsigned int SELECTED_GUIDE_COLOR = 0xFF00FFFF;
+    static constexpr unsigned int SELECTION_BOX_COLOR = 0xFFFFFF00;
+    static constexpr unsigned int SELECTION_BOX_COLOR_NO_SAVE = 0xFFFF0000;
+    static constexpr unsigned int SELECTION_BOX_COLOR_CREATE = 0xFF00FFFF;
+    static constexpr unsigned int SINGLE_DRAG_GUIDE_COLOR = 0xFF00FF00;
+    static constexpr unsigned int HOVER_FRAME_COLOR = 0xFFFFFFFF;
+    static constexpr unsigned int RUBBER_BAND_COLOR = 0xFFC8C8C8;
 
     /// Made and owned by `frame` (never null). Reads the settings and decides activity once.
     explicit Design(Frame* frame);
@@ -335,6 +335,8 @@ private:
     /// Set while a message of the engine's own is being handled, so that a readout set by a
     /// command is not replaced by the plain one.
     bool readoutSet = false;
+    /// The last left press set a message of its own.
+    bool pressMessage = false;
 };
 
 } // namespace UI

@@ -129,6 +129,11 @@ void Design::handleMouseMessage(MouseMessage message, Point const& point, unsign
     default:
         break;
     }
+    // A message that the press left (a reparent, say) stays up through its release.
+    if (message == MouseLeftPress)
+        pressMessage = readoutSet;
+    else if (message == MouseLeftRelease && pressMessage)
+        readoutSet = true;
     if (!readoutSet)
         updateReadoutText();
 }

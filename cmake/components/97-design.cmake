@@ -8,3 +8,10 @@ tv_ui_sources(
     Canvas/UI/DesignKeyboard.cpp
     Canvas/UI/DesignMenu.cpp
     Canvas/UI/DesignMouse.cpp)
+
+tv_test(tv_design_tests
+  SOURCES
+    tests/Canvas/UI/DesignTest.cpp
+    tests/Canvas/UI/CanvasTestSupport.cpp
+    tests/support/TempFolder.cpp
+  DEPS tv_ui)
