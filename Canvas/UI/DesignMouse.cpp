@@ -339,6 +339,10 @@ void Design::mouseMove(Point const& point, unsigned int flags)
 
     if (dragOrigin)
     {
+        // A Ctrl-click toggles unless the window really moved: a move that the press itself
+        // brings is no drag.
+        if (singleDragWindow && !singleDragMoved && point == *dragOrigin)
+            return;
         invalidateSelectedWindows();
         dragSelectedWindows(point - *dragOrigin, shiftHeld(flags));
         invalidateSelectedWindows();
