@@ -287,6 +287,18 @@ class Design(unittest.TestCase):
                   (origin[0] + lx + 40, origin[1] + ly + 45), ("alt",))
         self.readout(d, lambda t: t.startswith("3 windows ["))
 
+        # The right-click menu lists the windows under the mouse, nested as in the tree; its
+        # first letters open "Gallery Main Window", "Gallery Page" and choose "Left Label".
+        label = PAGE + "|Left Label"
+        point = self.centre(d.widget_info(label))
+        time.sleep(0.15)
+        gui_test.xdotool(self.display, "mousemove", point[0], point[1], "click", 3)
+        self.assertIsNotNone(self.window("Popup Menu", timeout=5))
+        for letter in "ggl":
+            self.key(letter)
+            time.sleep(0.1)
+        self.readout(d, "Left Label [%d,%d %dx%d]" % self.rect(d, label))
+
         # Off again: the readout goes and the widgets take the mouse again.
         self.caps(False)
         d.wait_until(lambda: self.window(READOUT_WINDOW, 0) is None,
