@@ -24,3 +24,7 @@ add_test(NAME tv_design_gui
           --module $<TARGET_FILE:TvTestAutomation>)
 set_tests_properties(tv_design_gui PROPERTIES
   LABELS gui TIMEOUT 300 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
+
+tv_bench(tv_design_bench
+  SOURCES bench/DesignBench.cpp
+  DEPS tv_ui)
