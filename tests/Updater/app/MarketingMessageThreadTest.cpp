@@ -352,7 +352,7 @@ TEST_F(MarketingMessageThreadTest, PicturesBeyondABannersSizeAreRefusedBeforeDec
     std::string const page = "<a href=\"http://l/\"><img src=\"IMAGE\"></a>";
     for (Case const& c : cases)
     {
-        TestSupport::PngSpec grey;
+        TestSupport::PngSample grey;
         grey.width = c.width;
         grey.height = c.height;
         grey.bitDepth = 1;
@@ -373,7 +373,7 @@ TEST_F(MarketingMessageThreadTest, PicturesBeyondABannersSizeAreRefusedBeforeDec
     }
 
     // A header that claims 16384 x 16384 (its checksum no longer matches: nothing may read on).
-    TestSupport::PngSpec dot;
+    TestSupport::PngSample dot;
     dot.width = dot.height = 1;
     dot.bitDepth = 1;
     dot.colorType = PNG_COLOR_TYPE_GRAY;
