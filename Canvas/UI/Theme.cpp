@@ -1,4 +1,7 @@
 #include "Canvas/UI/Theme.h"
+#include "Canvas/UI/CheckBox.h"
+#include "Canvas/UI/ComboBox.h"
+#include "Canvas/UI/ComboBoxPopup.h"
 
 #include "Canvas/UI/SimpleEdit.h"
 #include "Canvas/UI/SimplePushButton.h"
@@ -94,8 +97,16 @@ PushButton* createSimplePushButton(Frame* frame, Window* parent, String const& n
     return button;
 }
 
-// The default look of every primitive that has one; the combo boxes, check-box creator and
-// sliders stay empty until those widgets join the toolkit.
+CheckBox* createSimpleCheckBox(Frame* frame, Window* parent, String const& name,
+                               String const& caption)
+{
+    SimpleCheckBox* box = new SimpleCheckBox(frame, parent, name);
+    box->SetLabel(caption);
+    return box;
+}
+
+// The default look of every primitive that has one; the sliders stay empty until they join
+// the toolkit.
 Theme makeCanvasTheme()
 {
     Theme theme;
@@ -104,7 +115,10 @@ Theme makeCanvasTheme()
         .CreatePushButton(&createSimplePushButton)
         .CreateScrollBar(&UI::CreateSimpleScrollBar)
         .CreateEditBox(&UI::CreateSimpleEdit)
-        .CreateSplitter(&UI::CreateSimpleSplitter);
+        .CreateSplitter(&UI::CreateSimpleSplitter)
+        .CreateComboBox(&UI::CreateComboBox)
+        .CreateComboBoxPopup(&UI::CreateComboBoxPopup)
+        .CreateCheckBox(&createSimpleCheckBox);
     return theme;
 }
 

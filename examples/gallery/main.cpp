@@ -23,6 +23,7 @@
 #include "TvBase/Util/ResourceManager.h"
 #include "TvBase/Util/SystemFolders.h"
 #include "examples/gallery/Gallery.h"
+#include "examples/gallery/Lists.h"
 #include "examples/gallery/MainWindow.h"
 
 #include <boost/function.hpp>
@@ -89,6 +90,8 @@ int main(int argc, char** argv)
     frame->SetDrawingEnabled(true);
     host->StartMasterUpdateTimer(33);
     host->Show(true);
+    Gallery::ListsWindow lists(&canvas);
+    lists.Open();
 
     if (exitAfterPaint)
     {

@@ -8,6 +8,8 @@
 
 namespace UI
 {
+class Font;
+
 namespace Native
 {
 
@@ -32,6 +34,9 @@ public:
     /// Appends a submenu entry and answers the submenu to fill; this menu owns it.
     PopupMenu* AddSubmenu(String const& caption, bool enabled = true);
     bool IsEmpty() const { return entries.empty(); }
+    /// The font of the captions (not owned; submenus added later take it too). Without one,
+    /// the menu uses the default font of the focused window's canvas.
+    void SetFont(Font* captionFont) { font = captionFont; }
 
     /// Shows the menu with its top-left corner at `screenPoint` (moved to stay on the screen),
     /// runs until an item is chosen or the menu is dismissed, and answers the id or `None`.
@@ -56,6 +61,7 @@ public:
 
 private:
     std::vector<Entry> entries;
+    Font* font = nullptr;
 };
 
 } // namespace Native

@@ -2,9 +2,12 @@
 
 #include "Canvas/UI/Button.h"
 #include "Canvas/UI/CheckBox.h"
+#include "Canvas/UI/ComboBox.h"
 #include "Canvas/UI/Edit.h"
 #include "Canvas/UI/FocusIndicator.h"
 #include "Canvas/UI/Hyperlink.h"
+#include "Canvas/UI/Legend.h"
+#include "Canvas/UI/ListBox.h"
 #include "Canvas/UI/MultiText.h"
 #include "Canvas/UI/OnOffButton.h"
 #include "Canvas/UI/PixmapButton.h"
@@ -16,6 +19,7 @@
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/SimpleToolTip.h"
 #include "Canvas/UI/Text.h"
+#include "Canvas/UI/TreeList.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/WindowFactory.h"
 #include "Canvas/UI/WindowStack.h"
@@ -46,6 +50,10 @@ void RegisterBuiltInWindowTypes(WindowFactory& factory)
     factory.Register<SimpleBannerBG>("SimpleBannerBG");
     factory.Register<ScrollView>("ScrollView");
     factory.Register<WindowStack>("WindowStack");
+    factory.Register<ListBox>("ListBox");
+    factory.Register<ComboBox>("ComboBox");
+    factory.Register<TreeList>("TreeList");
+    factory.Register<Legend>("Legend");
 }
 
 } // namespace UI
