@@ -7,6 +7,7 @@
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/SimpleScrollBar.h"
 #include "Canvas/UI/SimpleToolTip.h"
+#include "Canvas/UI/SliderGroup.h"
 #include "Canvas/UI/Splitter.h"
 
 #include "Canvas/UI/FocusIndicator.h"
@@ -105,8 +106,7 @@ CheckBox* createSimpleCheckBox(Frame* frame, Window* parent, String const& name,
     return box;
 }
 
-// The default look of every primitive that has one; the sliders stay empty until they join
-// the toolkit.
+// The default look of every primitive that has one.
 Theme makeCanvasTheme()
 {
     Theme theme;
@@ -119,6 +119,8 @@ Theme makeCanvasTheme()
         .CreateComboBox(&UI::CreateComboBox)
         .CreateComboBoxPopup(&UI::CreateComboBoxPopup)
         .CreateCheckBox(&createSimpleCheckBox);
+    theme.CreatePresetSlider(&UI::Simple_CreatePresetSlider)
+        .CreateSliderGroup(&UI::Simple_CreateSliderGroup);
     return theme;
 }
 

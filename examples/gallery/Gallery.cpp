@@ -139,6 +139,7 @@ int Build(Page* page)
     y = AddEditFields(page, y);
     y = AddToolTip(page, y);
     y = AddButtons(page, y);
+    y = AddParamControls(page, y);
     int right = 12;
     right = AddScrollingList(page, SecondColumn, right);
     right = AddSplitter(page, SecondColumn, right);

@@ -28,6 +28,8 @@ public:
 
     /// The user asked for the About box (its button in the buttons section).
     Signal<> signalAbout;
+    /// The user asked for the "Controls" page (its button in the parameter controls section).
+    Signal<> signalControls;
 };
 
 /// The page's width: two columns of sections.
@@ -51,5 +53,6 @@ int AddScrollingList(Page* page, int x, int y);
 int AddSplitter(Page* page, int x, int y);
 int AddTabs(Page* page, int x, int y);
 int AddImages(Page* page, int x, int y);
+int AddParamControls(Page* page, int y);
 
 } // namespace Gallery

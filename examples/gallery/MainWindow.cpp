@@ -11,6 +11,7 @@
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/Text.h"
+#include "examples/gallery/Controls.h"
 #include "examples/gallery/Gallery.h"
 
 #include <boost/function.hpp>
@@ -33,6 +34,7 @@ int const AboutHeight = 124;
 /// Where the About box opens, from the gallery's top left corner.
 UI::Point const AboutOffset(240, 160);
 unsigned int const AboutMessage = 1;
+unsigned int const ControlsMessage = 2;
 
 /// The About box's content, the top-level window of its frame: the page's background in a thin
 /// edge, a title, two lines of text and a Close button.
@@ -77,11 +79,39 @@ MainWindow::MainWindow(UI::Native::HostWindow* host, Util::ConfigFile* config)
 {
     GetFrame()->SetTopLevelWindow(this);
     page->signalAbout.Connect(nullptr, boost::function<void()>([this] { OpenAbout(); }));
+    page->signalControls.Connect(nullptr, boost::function<void()>([this] { OpenControls(); }));
 }
 
 MainWindow::~MainWindow()
 {
+    CloseControls();
     CloseAbout();
+}
+
+bool MainWindow::OpenControls()
+{
+    if (controls)
+        return true;
+    controls = ControlsWindow::Open(GetFrame()->GetCanvas(), GetHostWindow());
+    if (!controls)
+        return false;
+    // Its close box goes through; the window itself goes once that event is handled.
+    controls->GetHost()->signalClose.Connect(
+        nullptr, boost::function<void(UI::Native::HostWindow*)>(
+                     [this](UI::Native::HostWindow*)
+                     {
+                         if (GetHostWindow())
+                             UI::Native::PlatformSupportFactory::PostUIMessage(
+                                 this, GetHostWindow(), ControlsMessage, 0, 0);
+                     }));
+    return true;
+}
+
+bool MainWindow::CloseControls()
+{
+    bool const open = controls != nullptr;
+    controls.reset();
+    return open;
 }
 
 void MainWindow::onSetGeometry()
@@ -144,6 +174,8 @@ void MainWindow::onUIMessage(UI::Native::HostWindow*, unsigned int message, unsi
 {
     if (message == AboutMessage && wParam == aboutCount)
         CloseAbout();
+    else if (message == ControlsMessage)
+        CloseControls();
 }
 
 // ============================================================================================
@@ -163,6 +195,13 @@ bool MainWindow::handleRequest(String const& request, TestAutomation::RPCReplyIn
         bool const closed = CloseAbout();
         if (reply)
             reply->SetValue("closed", closed ? "true" : "false");
+    }
+    else if (request == "OpenControls" || request == "CloseControls")
+    {
+        bool const done = request == "OpenControls" ? OpenControls() : CloseControls();
+        if (reply)
+            reply->SetValue(request == "OpenControls" ? "opened" : "closed",
+                            done ? "true" : "false");
     }
     else if (request == "Quit")
         UI::Native::PlatformSupportFactory::QuitEventLoop();

@@ -11,6 +11,7 @@
 namespace Gallery
 {
 
+class ControlsWindow;
 class Page;
 
 /// Named "Gallery Main Window" after the canvas. Besides the settings requests of every main
@@ -37,6 +38,10 @@ public:
     /// Closes the About box at once; false when none was open.
     bool CloseAbout();
     bool IsAboutOpen() const { return about != nullptr; }
+    /// Opens the "Controls" page in its window beside the gallery (requests "OpenControls" and
+    /// "CloseControls", replies "opened" and "closed" as for the About box).
+    bool OpenControls();
+    bool CloseControls();
 
     bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
                           TestAutomation::RPCReplyInterface* reply) override;
@@ -57,6 +62,7 @@ private:
     std::unique_ptr<UI::Native::HostWindow> about;
     /// How many About boxes were opened: tells the present one from those before it.
     unsigned int aboutCount = 0;
+    std::unique_ptr<ControlsWindow> controls;
 };
 
 } // namespace Gallery

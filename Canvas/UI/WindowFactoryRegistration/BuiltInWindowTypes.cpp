@@ -22,6 +22,7 @@
 #include "Canvas/UI/TreeList.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/WindowFactory.h"
+#include "Canvas/UI/WindowFactoryRegistration/ParamControlTypes.h"
 #include "Canvas/UI/WindowStack.h"
 
 namespace UI
@@ -54,6 +55,7 @@ void RegisterBuiltInWindowTypes(WindowFactory& factory)
     factory.Register<ComboBox>("ComboBox");
     factory.Register<TreeList>("TreeList");
     factory.Register<Legend>("Legend");
+    RegisterParamControlTypes(factory);
 }
 
 } // namespace UI
