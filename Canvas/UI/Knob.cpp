@@ -207,6 +207,7 @@ bool Knob::onMousePress(Point const& p, unsigned int flags)
     beginDrag();
     pressPosition = position;
     pressY = p.y;
+    fine = (flags & (FlagControl | FlagCommand)) != 0;
     return true;
 }
 
@@ -217,8 +218,17 @@ bool Knob::onMouseMove(Point const& p, unsigned int flags)
     // Moves with the right button held are not drags of the knob.
     if (flags & FlagRightButton)
         return true;
+    bool const nowFine = (flags & (FlagControl | FlagCommand)) != 0;
+    if (nowFine != fine)
+    {
+        // Ctrl went down or up during the drag: it goes on from here at the new rate, without
+        // a jump.
+        fine = nowFine;
+        pressPosition = position;
+        pressY = p.y;
+    }
     double delta = (pressY - p.y) * 0.01 * (positionRange.maximum - positionRange.minimum);
-    if (flags & (FlagControl | FlagCommand))
+    if (fine)
         delta *= 0.1;
     setUserPosition(pressPosition + static_cast<int>(std::round(delta)));
     return true;

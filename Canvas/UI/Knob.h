@@ -60,6 +60,7 @@ private:
     Text* unit = nullptr;
     int pressPosition = 0;
     int pressY = 0;
+    bool fine = false;
 };
 
 } // namespace UI

@@ -347,8 +347,10 @@ bool ParamControl::onMouseWheel(Point const&, int delta, unsigned int)
 {
     if (!IsEnabledTo() || !controller)
         return false;
-    int const notches =
-        GetFrame()->AccumulateWheelDelta(delta / 120.0f, Frame::CreateWheelDeltaID(this, 0));
+    // Whole notches move at once; parts of one (from smooth wheels) add up.
+    wheelRemainder += delta / 120.0f;
+    int const notches = static_cast<int>(wheelRemainder);
+    wheelRemainder -= static_cast<float>(notches);
     if (notches != 0)
     {
         int const up = positionRange.maximum >= positionRange.minimum ? 1 : -1;

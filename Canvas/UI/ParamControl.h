@@ -140,6 +140,7 @@ private:
     void syncPosition();
 
     bool dragging = false;
+    float wheelRemainder = 0.0f;
 };
 
 } // namespace UI

@@ -230,7 +230,7 @@ void Slider::onValueShown()
 
 // ---- input
 
-bool Slider::onMousePress(Point const& p, unsigned int)
+bool Slider::onMousePress(Point const& p, unsigned int flags)
 {
     if (!IsEnabledTo() || !controller)
         return false;
@@ -259,6 +259,7 @@ bool Slider::onMousePress(Point const& p, unsigned int)
     }
     pressPoint = p;
     pressPosition = position;
+    fine = (flags & (FlagControl | FlagCommand)) != 0;
     return true;
 }
 
@@ -268,7 +269,23 @@ bool Slider::onMouseMove(Point const& p, unsigned int flags)
         return false;
     if (flags & FlagRightButton)
         return true;
-    if (flags & (FlagControl | FlagCommand))
+    bool const nowFine = (flags & (FlagControl | FlagCommand)) != 0;
+    if (nowFine != fine)
+    {
+        // Ctrl went down or up during the drag: it goes on from here, without a jump.
+        fine = nowFine;
+        pressPoint = p;
+        pressPosition = position;
+        grabOffset = 0;
+        if (!fine)
+        {
+            Rect const thumb = thumbRect();
+            grabOffset = orientation == Horizontal ? p.x - (thumb.left + ThumbLength / 2)
+                                                   : p.y - (thumb.top + ThumbLength / 2);
+        }
+        return true;
+    }
+    if (fine)
     {
         // Fine: a tenth of the way the mouse went since the press.
         int const moved = pointToPosition(p) - pointToPosition(pressPoint);

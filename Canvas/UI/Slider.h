@@ -89,6 +89,7 @@ private:
     Point pressPoint;
     int pressPosition = 0;
     int grabOffset = 0;
+    bool fine = false;
 };
 
 } // namespace UI

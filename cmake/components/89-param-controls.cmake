@@ -15,11 +15,27 @@ tv_ui_sources(
     Canvas/UI/WindowFactoryRegistration/ParamControlTypes.cpp
   DEPS tv_controller tv_core)
 
-# The tapers, in tables.
+# The tapers in tables, and the controls in a frame on the in-memory host.
 tv_test(tv_param_controls_tests
   SOURCES
     tests/Canvas/UI/SliderScaleTest.cpp
+    tests/Canvas/UI/ParamControlsTest.cpp
+    tests/Canvas/UI/support/ButtonTestSupport.cpp
+    tests/support/TempFolder.cpp
   DEPS tv_ui)
 
 # The gallery's "Controls" page.
 target_sources(tv-gallery PRIVATE examples/gallery/Controls.cpp)
+
+# The controls driven for real in the gallery under Xvfb (and openbox when installed), read back
+# through the test automation bridge.
+find_package(Python3 COMPONENTS Interpreter)
+if(Python3_Interpreter_FOUND)
+  add_test(NAME tv_param_controls_gui
+    COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tests/examples/gallery/controls_gui_test.py
+      --program $<TARGET_FILE:tv-gallery>
+      --module $<TARGET_FILE:TvTestAutomation>
+      --driver ${PROJECT_SOURCE_DIR}/tools/tvdriver.py)
+  set_tests_properties(tv_param_controls_gui PROPERTIES
+    LABELS gui TIMEOUT 300 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
+endif()

@@ -8,6 +8,7 @@
 #include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
+#include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/Text.h"
@@ -202,6 +203,16 @@ bool MainWindow::handleRequest(String const& request, TestAutomation::RPCReplyIn
         if (reply)
             reply->SetValue(request == "OpenControls" ? "opened" : "closed",
                             done ? "true" : "false");
+    }
+    else if (request == "GetModifiers")
+    {
+        // Keys reach the program through the input method, on their own way: a driver that
+        // holds a modifier for a click waits here until the program sees it.
+        if (reply)
+        {
+            reply->SetValue("ctrl", UI::KeyCode::IsCtrlPressed() ? "true" : "false");
+            reply->SetValue("alt", UI::KeyCode::IsAltPressed() ? "true" : "false");
+        }
     }
     else if (request == "Quit")
         UI::Native::PlatformSupportFactory::QuitEventLoop();

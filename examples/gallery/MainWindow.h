@@ -38,6 +38,7 @@ public:
     /// Closes the About box at once; false when none was open.
     bool CloseAbout();
     bool IsAboutOpen() const { return about != nullptr; }
+    /// The request "GetModifiers" answers "ctrl" and "alt" with "true" or "false".
     /// Opens the "Controls" page in its window beside the gallery (requests "OpenControls" and
     /// "CloseControls", replies "opened" and "closed" as for the About box).
     bool OpenControls();
