@@ -123,6 +123,8 @@ Canvas::Canvas(String const& name, unsigned int number1, unsigned int number2,
 
 Canvas::~Canvas()
 {
+    // The palette editor's windows go first, while everything they use is whole.
+    paletteEditorHost.reset();
     hideToolTip();
     resetToolTipState();
     toolTip = nullptr;

@@ -68,6 +68,7 @@ public:
 
 private:
     void setCustomPalette();
+    void onPaletteChange() override;
     void onMasterUpdateTimer();
     void handleUpdate();
     void handleMarketing();
