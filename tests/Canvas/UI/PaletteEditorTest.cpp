@@ -9,6 +9,7 @@
 #include "Canvas/UI/ListBox.h"
 #include "Canvas/UI/Text.h"
 #include "TvBase/Util/Clipboard.h"
+#include "TvBase/Util/ConfigFile.h"
 #include "tests/Canvas/UI/ScrollScene.h"
 
 #include <gtest/gtest.h>
@@ -37,9 +38,9 @@ struct EditorScene
         c.SetPaletteInt("Radius", 4);
     }
 
-    UI::PaletteEditor* Open()
+    UI::PaletteEditor* Open(Util::ConfigFile* config = nullptr)
     {
-        editor = new UI::PaletteEditor(scene.frame.get(), nullptr, nullptr);
+        editor = new UI::PaletteEditor(scene.frame.get(), nullptr, config);
         editor->SetGeometry(0, 0, 410, 400);
         return editor;
     }
@@ -242,6 +243,28 @@ TEST(PaletteEditor, SourceTextHasHexChannelsAndDecimalAlpha)
                                 std::vector<unsigned char>(), "before");
     s.editor->slotSaveRightClicked();
     EXPECT_EQ("before", std::string(Util::Clipboard::GetString(nullptr, 0).CStr()));
+}
+
+TEST(PaletteEditor, SaveAndLoadGoThroughTheSettings)
+{
+    EditorScene s;
+    Util::ConfigFile config("com.tavorin.palette-editor-save");
+    UI::PaletteEditor::ClearCustomPalette(&config, "Palette/CustomPaletteEnable", "Palette");
+    s.Open(&config);
+    s.Select({2});
+    s.editor->slotColorUserChanged(0xFF00B3B3u);
+    s.editor->slotSave();
+    EXPECT_TRUE(config.GetBool("Palette/CustomPaletteEnable", false));
+    EXPECT_EQ("#00B3B3", std::string(config.GetString("Palette/Color.Fill A").CStr()));
+
+    s.editor->slotColorUserChanged(0xFF010203u);
+    s.editor->slotLoad();
+    EXPECT_EQ(0xFF00B3B3u, s.scene.canvas.GetPaletteColor("Fill A").GetOr(0));
+    EXPECT_EQ(0xFF00B3B3u, s.List()->GetItems()[2].swatchColor.GetOr(0));
+
+    s.editor->slotReset();
+    EXPECT_FALSE(config.GetBool("Palette/CustomPaletteEnable", true));
+    EXPECT_EQ(0xFFFF0000u, s.scene.canvas.GetPaletteColor("Fill A").GetOr(0));
 }
 
 } // namespace

@@ -66,8 +66,10 @@ class PaletteEditorSession(unittest.TestCase):
 
     def start(self):
         env = dict(self.env, TV_UPDATE_HOST=self.site.host, TV_WEB_HOST=self.site.host)
-        p = subprocess.Popen([os.path.join(ARGS.bin, "tavorin-updater")], env=env,
-                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        command = [os.path.join(ARGS.bin, "tavorin-updater")]
+        out = open("/tmp/palette-gdb.txt", "w") if os.environ.get("TV_DEBUG_GDB") else None
+        p = subprocess.Popen(command, env=env, stdout=out or subprocess.DEVNULL,
+                             stderr=out or subprocess.DEVNULL)
         self.addCleanup(lambda: p.poll() is None and (p.kill(), p.wait(10)))
         d = tvdriver.Driver.connect(timeout=20, name="APP:Updater")
         self.addCleanup(d.close)
@@ -112,7 +114,8 @@ class PaletteEditorSession(unittest.TestCase):
         run = subprocess.run(["import", "-window", "root", "-crop", "1x1+%d+%d" % (x, y),
                               "-depth", "8", "txt:-"], env=self.env, capture_output=True,
                              text=True, timeout=20, check=True)
-        return run.stdout.split("#")[1][:6].upper()
+        # "0,0: (179,179,179)  #B3B3B3  ..." below the header line.
+        return run.stdout.splitlines()[1].split("#")[1][:6].upper()
 
     def settle_pixel(self, point, want):
         return self.d.wait_until(lambda: self.screen_pixel(*point) == want and want,
@@ -195,10 +198,24 @@ class PaletteEditorSession(unittest.TestCase):
         self.assertEqual("0", d.widget_info(LIST)["selectedItems"])
 
         # Grab over the bare desktop (read from the X root window) sets the selected entry.
+        root = subprocess.run(["xwininfo", "-root"], env=self.env, capture_output=True,
+                              text=True, timeout=10).stdout.split("Window id:")[1].split()[0]
         with xlib_client.Connection(self.display.name) as c:
-            c.fill_rectangle(c.x.XDefaultRootWindow(c.display), 0, 0, 40, 40, 0x123456)
+            c.fill_rectangle(int(root, 16), 0, 0, 40, 40, 0x123456)
         self.click(self.row(3), dx=20)
         self.assertEqual(("0x123456", "true"), self.sample("Color Grab PushButton", (20, 20)))
+
+        # Saved, and loaded on the next start.
+        self.click(EDITOR + "|Save PushButton")
+        self.quit()
+        saved = self.toolkit_settings()
+        self.assertTrue(saved["Palette/CustomPaletteEnable"])
+        self.assertEqual("#00B3B3", saved["Palette/Color.ButtonOffFillColor"])
+        self.assertIn("HostWindowGeometry/PaletteEditor Host Window.Geometry", saved)
+        d = self.start()
+        self.assertTrue(self.settle_pixel(self.at(MAIN + "|Close Button", 4, 4), "00B3B3"))
+        d.call("executeConsoleCommand", command="editpalette")
+        d.wait_for_widget(LIST, timeout=10)
 
         # The palette as source text: only with Ctrl, Shift and Alt held.
         subprocess.run(["xclip", "-selection", "clipboard", "-i"], input="before", text=True,
@@ -219,15 +236,6 @@ class PaletteEditorSession(unittest.TestCase):
         self.assertIn('\tSetColor( "ButtonTextColor", MakePixel(0x12,0x34,0x56,255) );\n',
                       pasted)
 
-        # Saved, and loaded on the next start.
-        self.click(EDITOR + "|Save PushButton")
-        self.quit()
-        saved = self.toolkit_settings()
-        self.assertIs(True, saved["Palette/CustomPaletteEnable"])
-        self.assertEqual("#00B3B3", saved["Palette/Color.ButtonOffFillColor"])
-        self.assertIn("HostWindowGeometry/PaletteEditor Host Window.Geometry", saved)
-        d = self.start()
-        self.assertTrue(self.settle_pixel(self.at(MAIN + "|Close Button", 4, 4), "00B3B3"))
         self.quit()
 
     def focus_window(self, name):
