@@ -108,6 +108,10 @@ bool ApplicationMainWindow::onTestAutomationRequest(String const& request, Windo
     return saveFrameBitmap(window ? window->GetFrame() : GetFrame(), parts[1], reply);
 }
 
-void ApplicationMainWindow::ExecuteConsoleCommand(String const&) {}
+void ApplicationMainWindow::ExecuteConsoleCommand(String const& command)
+{
+    if (command == "editpalette" && GetCanvas())
+        GetCanvas()->ShowPaletteEditor(GetFrame());
+}
 
 } // namespace UI

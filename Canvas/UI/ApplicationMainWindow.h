@@ -48,7 +48,8 @@ public:
     /// bitmap" and "Could not write <file>". Anything else is not handled; true when handled.
     virtual bool onTestAutomationRequest(String const& request, Window* window,
                                          TestAutomation::RPCReplyInterface* reply);
-    /// Does nothing by default.
+    /// The toolkit's console commands: "editpalette" opens the palette editor. Others do
+    /// nothing.
     virtual void ExecuteConsoleCommand(String const& command);
 
 private:

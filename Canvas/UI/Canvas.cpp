@@ -152,6 +152,8 @@ WindowFactory* Canvas::GetWindowFactory()
 
 Canvas::~Canvas()
 {
+    // The palette editor's windows go first, while everything they use is whole.
+    paletteEditorHost.reset();
     TestAutomationInterface::ClearCanvas(this);
     hideToolTip();
     resetToolTipState();

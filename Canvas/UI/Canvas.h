@@ -45,6 +45,10 @@ class PrimitiveFactory;
 class WindowFactory;
 class StringWidthCache;
 class Window;
+namespace Native
+{
+class HostWindow;
+}
 
 /// The per-process UI context: everything that windows share lives here. The fonts and extra
 /// character fonts, the palette, the theme's widget factory, the property serializer, the
@@ -210,6 +214,11 @@ public:
     bool HasPaletteInt(String const& key) const;
     checked_value<int> GetPaletteInt(String const& key) const;
     void GetPaletteIntKeys(std::vector<String>& keys) const;
+    /// Opens the palette editor in its host window "PaletteEditor Host Window" tied to `frame`,
+    /// or brings it to the front when it is open already: one editor per canvas.
+    void ShowPaletteEditor(Frame* frame);
+    /// The palette editor's host window while there is one; null otherwise.
+    Native::HostWindow* GetPaletteEditorHostWindow() const { return paletteEditorHost.get(); }
 
     // ---- tool tips
     /// Turns the tip window's text into what it shows (and sizes it).
@@ -313,6 +322,8 @@ private:
     checked_value<Point> lastMousePoint;
     bool veto[2] = {false, false};
     std::unique_ptr<Palette> palette;
+    /// The palette editor's host window, owned; made by `ShowPaletteEditor`.
+    boost::shared_ptr<Native::HostWindow> paletteEditorHost;
     boost::shared_ptr<Language::Translator> translator;
     boost::shared_ptr<CanvasUICodeToken> codeToken;
     boost::shared_ptr<StringWidthCache> stringWidthCache;

@@ -534,6 +534,9 @@ bool ListBox::onMousePress(Point const& point, unsigned int flags)
             anchor = *hit;
             updateAlphas();
             EnsureVisible(*hit);
+            repaintRows();
+            signalSelectionChanged(*hit);
+            return true;
         }
         repaintRows();
         return true;

@@ -50,7 +50,7 @@ public:
     ~ListBox() override;
 
     // ---- signals
-    /// The user made a row current (a press or a key), with its index.
+    /// The user made a row current (a press, a Command toggle or a key), with its index.
     Signal<unsigned int> signalSelectionChanged;
     /// A press with Shift or with Alt, when enabled by `SetPressSignals`; the press does
     /// nothing else.

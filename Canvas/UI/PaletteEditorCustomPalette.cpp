@@ -1,6 +1,7 @@
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/ColorConversion.h"
 #include "Canvas/UI/PaletteEditor.h"
+#include "Canvas/UI/detail/BusyCursor.h"
 #include "TvBase/Util/ConfigFile.h"
 
 #include <vector>
@@ -45,6 +46,7 @@ bool PaletteEditor::LoadCustomPalette(Canvas* canvas, Util::ConfigFile* config,
 {
     if (!canvas || !config || !config->GetBool(enableKey, false))
         return false;
+    detail::BusyCursor busy;
     std::vector<String> names;
     config->GetValueNames(names, section);
     for (String const& name : names)
@@ -72,6 +74,7 @@ void PaletteEditor::SaveCustomPalette(Canvas* canvas, Util::ConfigFile* config,
 {
     if (!canvas || !config)
         return;
+    detail::BusyCursor busy;
     config->SetBool(enableKey, true);
     std::vector<String> keys;
     canvas->GetPaletteColorKeys(keys);

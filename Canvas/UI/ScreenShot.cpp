@@ -5,6 +5,9 @@
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/MemoryDrawContext.h"
 #include "Canvas/UI/Native/DIBSection.h"
+#include "Canvas/UI/Native/DesktopColor.h"
+#include "Canvas/UI/Native/HostWindow.h"
+#include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/Native/ScreenShotHost.h"
 #include "Canvas/UI/PNG.h"
 #include "TvBase/Util/ConfigFile.h"
@@ -120,10 +123,20 @@ bool ScreenShotToClipboard(UI::Frame* frame)
 
 checked_value<unsigned int> ScreenShotColorAtScreenPos(UI::Point const& screenPos)
 {
-    UI::Native::ScreenShotHost* host = UI::Native::GetScreenShotHost();
-    if (!host)
-        return checked_value<unsigned int>();
-    return host->GetScreenColor(screenPos);
+    // Our own windows show exactly what their frames painted last: read that, not the screen.
+    if (UI::Native::HostWindow* window =
+            UI::Native::PlatformSupportFactory::GetWindowBeneathPoint(screenPos))
+    {
+        UI::Point const origin = window->GetScreenPos();
+        boost::shared_ptr<UI::DIBits> pixel = ScreenShotFromRect(
+            window->GetFrame(),
+            UI::Rect::FromXYWH(screenPos.x - origin.x, screenPos.y - origin.y, 1, 1));
+        if (pixel)
+            return pixel->GetPixels()[0] | 0xFF000000u;
+    }
+    if (UI::Native::ScreenShotHost* host = UI::Native::GetScreenShotHost())
+        return host->GetScreenColor(screenPos);
+    return UI::Native::ReadDesktopColor(screenPos);
 }
 
 } // namespace UI

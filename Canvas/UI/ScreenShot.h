@@ -30,7 +30,9 @@ bool ScreenShotToClipboard(UI::Frame* frame);
 bool ScreenShotFromDIBitsToFile(boost::shared_ptr<UI::DIBits> const& bits, FilePath const& path,
                                 bool (*progress)(void*, float), void* context, bool optimise);
 
-/// The color shown at `screenPos`, from the host; not present where it can't be read.
+/// The color shown at `screenPos`: from the bitmap of the program's own frame when one of its
+/// windows lies there, else from the installed screenshot host, else from the desktop itself
+/// (`UI::Native::ReadDesktopColor`); not present where none can read it.
 checked_value<unsigned int> ScreenShotColorAtScreenPos(UI::Point const& screenPos);
 
 } // namespace UI

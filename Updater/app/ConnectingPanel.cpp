@@ -34,10 +34,7 @@ ConnectingPanel::ConnectingPanel(std::vector<String> const&, Canvas* canvas,
     connectingText->SetDynamicLayoutMode(DynamicLayoutNever);
     cancelButton =
         new SimplePushButton(GetFrame(), this, String("Cancel Button"), String("Cancel"));
-    cancelButton->SetOnFillColor(canvas->GetPaletteColor(String("ButtonOnFillColor")).value);
-    cancelButton->SetOffFillColor(canvas->GetPaletteColor(String("ButtonOffFillColor")).value);
-    cancelButton->SetBorderColor(canvas->GetPaletteColor(String("ButtonOutlineColor")).value);
-    cancelButton->SetTextColor(canvas->GetPaletteColor(String("ButtonTextColor")).value);
+    ApplyButtonPalette(canvas, cancelButton);
     cancelButton->SetGeometry(0, 0, 80, 33);
     cancelButton->signalClicked.Connect(&ConnectingPanel::slotCancelButtonClicked, this);
 
@@ -47,6 +44,12 @@ ConnectingPanel::ConnectingPanel(std::vector<String> const&, Canvas* canvas,
     onSetGeometry();
 }
 
+void ConnectingPanel::onPaletteChange()
+{
+    // The palette editor recolours the running program.
+    ApplyButtonPalette(GetFrame()->GetCanvas(), cancelButton);
+}
+
 void ConnectingPanel::setCustomPalette()
 {
     Canvas* canvas = GetFrame()->GetCanvas();
@@ -54,6 +57,7 @@ void ConnectingPanel::setCustomPalette()
     canvas->SetPaletteColor(String("ButtonOffFillColor"), COLOR_BUTTON_OFF_FILL);
     canvas->SetPaletteColor(String("ButtonOutlineColor"), COLOR_BUTTON_OUTLINE);
     canvas->SetPaletteColor(String("ButtonTextColor"), COLOR_TEXT);
+    LoadSavedPalette(canvas);
 }
 
 void ConnectingPanel::SetMainWindow(MainWindow* window)

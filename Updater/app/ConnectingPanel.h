@@ -37,6 +37,7 @@ public:
 
 private:
     void setCustomPalette();
+    void onPaletteChange() override;
     void onMasterUpdateTimer();
     void slotCancelButtonClicked();
 

@@ -106,10 +106,7 @@ MainWindow::MainWindow(std::vector<String> const&, Canvas* canvas, Native::HostW
         0u, false, HAlignLeft, 0, COLOR_HEADER);
     informationText->SetDynamicLayoutMode(DynamicLayoutSaved);
     closeButton = new SimplePushButton(frame, this, String("Close Button"), String("Close"));
-    closeButton->SetOnFillColor(canvas->GetPaletteColor(String("ButtonOnFillColor")).value);
-    closeButton->SetOffFillColor(canvas->GetPaletteColor(String("ButtonOffFillColor")).value);
-    closeButton->SetBorderColor(canvas->GetPaletteColor(String("ButtonOutlineColor")).value);
-    closeButton->SetTextColor(canvas->GetPaletteColor(String("ButtonTextColor")).value);
+    ApplyButtonPalette(canvas, closeButton);
     closeButton->signalClicked.Connect(&MainWindow::slotCloseClicked, this);
     updatesPanel = new UpdatesPanel(frame, this, String("Updates Panel"));
     frame->SetTopLevelWindow(this);
@@ -130,6 +127,12 @@ MainWindow::~MainWindow()
         GetFrame()->GetCanvas()->SetToolTip(nullptr, Canvas::ToolTipTextSetter());
 }
 
+void MainWindow::onPaletteChange()
+{
+    // The palette editor recolours the running program.
+    ApplyButtonPalette(GetFrame()->GetCanvas(), closeButton);
+}
+
 void MainWindow::setCustomPalette()
 {
     Canvas* canvas = GetFrame()->GetCanvas();
@@ -139,6 +142,7 @@ void MainWindow::setCustomPalette()
     canvas->SetPaletteColor(String("ButtonOffFillColor"), COLOR_BUTTON_OFF_FILL);
     canvas->SetPaletteColor(String("ButtonOutlineColor"), COLOR_BUTTON_OUTLINE);
     canvas->SetPaletteColor(String("ButtonTextColor"), COLOR_TEXT);
+    LoadSavedPalette(canvas);
 }
 
 void MainWindow::onSetGeometry()

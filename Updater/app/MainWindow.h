@@ -71,6 +71,7 @@ public:
 
 private:
     void setCustomPalette();
+    void onPaletteChange() override;
     void onMasterUpdateTimer();
     void handleUpdate();
     void handleMarketing();

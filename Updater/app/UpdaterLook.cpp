@@ -3,6 +3,8 @@
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FontInfo.h"
+#include "Canvas/UI/PaletteEditor.h"
+#include "Canvas/UI/SimplePushButton.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -40,6 +42,26 @@ void SetUpdaterFonts(Canvas* canvas, unsigned int)
         info.underline = fontSlots[slot].underline;
         canvas->SetFont(slot, boost::shared_ptr<Font>(new Font(canvas, info)));
     }
+}
+
+void ApplyButtonPalette(Canvas* canvas, SimplePushButton* button)
+{
+    if (!canvas || !button)
+        return;
+    if (checked_value<unsigned int> c = canvas->GetPaletteColor("ButtonOnFillColor"))
+        button->SetOnFillColor(*c);
+    if (checked_value<unsigned int> c = canvas->GetPaletteColor("ButtonOffFillColor"))
+        button->SetOffFillColor(*c);
+    if (checked_value<unsigned int> c = canvas->GetPaletteColor("ButtonOutlineColor"))
+        button->SetBorderColor(*c);
+    if (checked_value<unsigned int> c = canvas->GetPaletteColor("ButtonTextColor"))
+        button->SetTextColor(*c);
+}
+
+void LoadSavedPalette(Canvas* canvas)
+{
+    if (canvas)
+        PaletteEditor::LoadCustomPalette(canvas, canvas->GetConfigFile());
 }
 
 } // namespace UI

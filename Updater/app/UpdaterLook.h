@@ -4,6 +4,7 @@ namespace UI
 {
 
 class Canvas;
+class SimplePushButton;
 
 /// Colours of the updater's windows, 0xAARRGGBB.
 constexpr unsigned int TEXT_COLOR = 0xFFFFFFFFu;
@@ -21,5 +22,13 @@ constexpr unsigned int COLOR_PANEL_FILL = 0xFFE6E6E6u;
 /// points, sharpened), 5 the bold column headers, 8 the underlined "Update" link, and the rest
 /// as the windows' layouts may name them. Running it again replaces the fonts.
 void SetUpdaterFonts(Canvas* canvas, unsigned int unused = 0);
+
+/// Gives `button` the colours of the palette keys "ButtonOnFillColor", "ButtonOffFillColor",
+/// "ButtonOutlineColor" and "ButtonTextColor"; a key the palette lacks leaves its colour.
+void ApplyButtonPalette(Canvas* canvas, SimplePushButton* button);
+
+/// The custom palette that the palette editor saved in the toolkit's settings, over the
+/// colours the panels set.
+void LoadSavedPalette(Canvas* canvas);
 
 } // namespace UI

@@ -39,3 +39,12 @@ if(Python3_Interpreter_FOUND)
   set_tests_properties(tv_param_controls_gui PROPERTIES
     LABELS gui TIMEOUT 300 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
 endif()
+
+# The parameter controls draw through AGG's scanline rasterizer, which shifts
+# negative coverage values left (defined by every compiler we use, reported under C++17); the
+# files that instantiate it are spared that one check, as the images' files are.
+if(TV_SANITIZE MATCHES "undefined")
+  set_source_files_properties(Canvas/UI/Knob.cpp Canvas/UI/ParamControl.cpp
+                              Canvas/UI/RGBASlider.cpp Canvas/UI/Slider.cpp
+                              PROPERTIES COMPILE_OPTIONS -fno-sanitize=shift-base)
+endif()

@@ -252,7 +252,8 @@ void MainWindow::ExecuteConsoleCommand(String const& command)
 {
     std::printf("console %s\n", command.CStr());
     std::fflush(stdout);
-    handleRequest(command, nullptr);
+    if (!handleRequest(command, nullptr))
+        ApplicationMainWindow::ExecuteConsoleCommand(command);
 }
 
 } // namespace Gallery

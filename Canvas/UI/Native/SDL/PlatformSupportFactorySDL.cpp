@@ -9,6 +9,7 @@
 //   the run loop
 
 #include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
+#include "Canvas/UI/Native/SDL/X11WakeUpGuard.h"
 
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Native/DIBSection.h"
@@ -149,6 +150,8 @@ bool PlatformSupportFactorySDL::EnsureVideo()
         return false;
     }
     videoStarted = true;
+    // Any host window may close while a nested loop waits (the colour picker, the menus).
+    GuardX11WakeUps();
     mainThread = std::this_thread::get_id();
     SetDrawDIBSectionFunction(&PlatformSupportFactory::DrawDIBSection);
     return true;
