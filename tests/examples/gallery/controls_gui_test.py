@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""The gallery's "Controls" page driven as a user drives it: xdotool drags, Alt-clicks, wheels, keys, double clicks and typing on the knob, the slider and the scrub text,
-and the colour picker's live changes, Cancel and OK; every value read back through the test
-automation bridge's getWidgetInfo. One gallery serves the whole run, on a private display with
-openbox as the window manager when it is installed. Exits 77 (skipped) without a display."""
+"""The gallery's "Controls" page driven as a user drives it: xdotool drags (with and without
+Ctrl), Alt-clicks, the context menu, wheels, keys, double clicks and typing on the knob, the
+slider and the scrub text, and the colour picker's live changes, Cancel and OK; every value read
+back through the test automation bridge's getWidgetInfo. One gallery serves the whole run, on a
+private display with openbox as the window manager when it is installed. Exits 77 (skipped) without a display."""
 
 import argparse
 import os
@@ -161,17 +162,35 @@ class Controls(unittest.TestCase):
         self.hold("alt")
         self.press("click", "1", "keyup", "alt")
 
-    def drag(self, x, y, dx, dy):
-        """A press at (x, y), a move in ten steps by (dx, dy), a release. (Drags with Ctrl held
-        are checked in process: under a window manager the modifier state that SDL keeps can
-        drop for a moment in the middle of a real drag.)"""
+    def drag(self, x, y, dx, dy, modifier=None):
+        """A press at (x, y), a move in ten steps by (dx, dy), a release; with `modifier` held
+        from before the press until after the release."""
         self.focus_page()
         self.x("mousemove", "--sync", x, y)
+        if modifier:
+            self.hold(modifier)
         args = ["mousedown", "1"]
         for step in range(1, 11):
             args += ["mousemove", "--sync", x + dx * step // 10, y + dy * step // 10]
         args += ["mouseup", "1"]
+        if modifier:
+            args += ["keyup", modifier]
         self.press(*args)
+
+    def menu(self, x, y, letter):
+        """A right click at (x, y), and the context menu's item that starts with `letter`
+        chosen by its letter; returns once the menu has gone."""
+        self.focus_page()
+        self.x("mousemove", "--sync", x, y)
+        self.press("click", "3")
+        self.find_window("Popup Menu")
+        self.x("key", letter)
+        deadline = time.monotonic() + 5
+        while subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Popup Menu$"],
+                             env=gui_test.x_env(self.display),
+                             stdout=subprocess.DEVNULL).returncode == 0:
+            self.assertLess(time.monotonic(), deadline, "the menu stays open")
+            time.sleep(0.05)
 
     def settle(self, name, key, want, timeout=5):
         """The widget's `key` once it equals `want` (bounded wait for the program to catch up)."""
@@ -222,7 +241,20 @@ class Controls(unittest.TestCase):
         # Down again, past the bottom: clamped at 0.
         self.drag(x, y, 0, 150)
         self.assertEqual(0.0, self.settle_value(knob, 0.0))
+        # 50 pixels up with Ctrl held: a tenth as far.
+        self.drag(x, y, 0, -50, "ctrl")
+        self.assertEqual(5.0, self.settle_value(knob, 5.0))
         # Alt with a click restores the default.
+        self.alt_click(x, y)
+        self.assertEqual(50.0, self.settle_value(knob, 50.0))
+        # The context menu: copy 70, reset to the default, paste the 70 back.
+        self.drag(x, y, 0, -20)
+        self.assertEqual(70.0, self.settle_value(knob, 70.0))
+        self.menu(x, y, "c")
+        self.menu(x, y, "r")
+        self.assertEqual(50.0, self.settle_value(knob, 50.0))
+        self.menu(x, y, "p")
+        self.assertEqual(70.0, self.settle_value(knob, 70.0))
         self.alt_click(x, y)
         self.assertEqual(50.0, self.settle_value(knob, 50.0))
         # Wheel notches up and down, one position each.
