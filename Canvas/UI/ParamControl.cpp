@@ -17,6 +17,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 
 namespace UI
 {
@@ -194,7 +196,18 @@ String ParamControl::formatValue(float value) const
 
 String ParamControl::valueToCopyString() const
 {
-    return String("%1").Arg(GetValue());
+    // The fewest decimals that read back as the same value: "0.5", not "0.500000"; values too
+    // small or too large for that in nine decimals get nine significant digits.
+    float const value = GetValue();
+    char text[64];
+    for (int decimals = 0; decimals <= 9; ++decimals)
+    {
+        std::snprintf(text, sizeof text, "%.*f", decimals, static_cast<double>(value));
+        if (std::strtof(text, nullptr) == value)
+            return String(text);
+    }
+    std::snprintf(text, sizeof text, "%.9g", static_cast<double>(value));
+    return String(text);
 }
 
 checked_value<float> ParamControl::stringToValue(String const& text) const

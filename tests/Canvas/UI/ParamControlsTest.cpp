@@ -239,6 +239,8 @@ TEST(ParamControls, CopyPasteAndTheContextMenuItems)
         {"abc", ParamControl::MenuPaste, 250.0f, "abc"},
         {" 1e4 ", ParamControl::MenuPaste, 1000.0f, " 1e4 "},
         {"7", ParamControl::MenuCopy, 1000.0f, "1000"},
+        {"123.456", ParamControl::MenuPaste, 123.456f, "123.456"},
+        {"7", ParamControl::MenuCopy, 123.456f, "123.456"},
         {"7", ParamControl::MenuReset, 100.0f, "7"},
         {"7", 99, 100.0f, "7"},
     };
