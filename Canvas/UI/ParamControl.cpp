@@ -335,12 +335,13 @@ bool ParamControl::onKeyPress(unsigned int keyCode, unsigned int flags, bool)
 {
     if (!IsEnabledTo() || !controller)
         return false;
-    if (flags & (FlagControl | FlagCommand))
+    if ((flags & (FlagControl | FlagCommand)) && (keyCode == 'C' || keyCode == 'V'))
     {
         if (keyCode == 'C')
-            return CopyValue(), true;
-        if (keyCode == 'V')
-            return PasteValue(), true;
+            CopyValue();
+        else
+            PasteValue();
+        return true;
     }
     int const span = std::abs(positionRange.maximum - positionRange.minimum);
     int const page = std::max(1, span / 10);
