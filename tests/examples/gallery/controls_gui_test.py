@@ -2,9 +2,8 @@
 """The gallery's "Controls" page driven as a user drives it: xdotool drags, Alt-clicks, the
 context menu, wheels, keys, double clicks and typing on the knob, the slider and the scrub text,
 and the colour picker's live changes, Cancel and OK; every value read back through the test
-automation bridge's getWidgetInfo. One gallery serves the whole run, on a
-private display with openbox as the window manager when it is installed. Exits 77 (skipped)
-without a display."""
+automation bridge's getWidgetInfo. One gallery serves the whole run, on a private display with
+openbox as the window manager when it is installed. Exits 77 (skipped) without a display."""
 
 import argparse
 import os
