@@ -23,6 +23,29 @@ bool isCommand(unsigned int flags)
     return (flags & (FlagCommand | FlagControl)) != 0;
 }
 
+/// A row's scrub text. A plain wheel over it scrolls the list, as over any other part of a row,
+/// so that a list full of numbers can still be scrolled; Ctrl (fine) or Shift with the wheel
+/// adjusts the number, when the list allows it at all.
+class RowScrubText : public ScrubText
+{
+public:
+    RowScrubText(Frame* frame, Window* parent, ListBox* list, Controller::FloatParam* param)
+        : ScrubText(frame, parent, "Scrub Text", param), list(list)
+    {
+    }
+
+    bool onMouseWheel(Point const& p, int delta, unsigned int flags) override
+    {
+        if (!list->SupportsCtrlShiftWheelAdjustments() ||
+            !(isCommand(flags) || (flags & FlagShift)))
+            return false;
+        return ScrubText::onMouseWheel(p, delta, flags);
+    }
+
+private:
+    ListBox* list;
+};
+
 } // namespace
 
 ListBox::ListBox(Frame* frame, Window* parent, String const& name) : Window(frame, parent, name)
@@ -320,8 +343,8 @@ void ListBox::CreateScrubText(unsigned int index, Controller::FloatParam* param)
 {
     SetItemControl(
         index,
-        [param](Frame* frame, Window* parent) -> Window*
-        { return new ScrubText(frame, parent, "Scrub Text", param); },
+        [this, param](Frame* frame, Window* parent) -> Window*
+        { return new RowScrubText(frame, parent, this, param); },
         60);
 }
 

@@ -94,7 +94,8 @@ public:
     void SetItemControl(unsigned int index, ListBoxRow::ControlMaker const& maker, int width);
     /// A `UI::CheckBox` named "Checkbox" on `param` at the right end of the row.
     void CreateCheckBox(unsigned int index, Controller::BoolParam* param);
-    /// A `UI::ScrubText` named "Scrub Text" on `param` at the right end of the row.
+    /// A `UI::ScrubText` named "Scrub Text" on `param` at the right end of the row. A plain wheel
+    /// over it scrolls the list; see `SetSupportsCtrlShiftWheelAdjustments`.
     void CreateScrubText(unsigned int index, Controller::FloatParam* param);
 
     // ---- selection
@@ -131,8 +132,8 @@ public:
     void SetPressSignals(bool shift, bool alt);
     void SetItemCellHeight(int height);
     int GetItemCellHeight() const { return itemCellHeight; }
-    /// Ctrl or Shift with the wheel over a row's control adjusts the control; without them the
-    /// wheel scrolls the list. Off, the wheel always scrolls the list.
+    /// Ctrl (finely) or Shift with the wheel over a row's scrub text adjusts it; without them the
+    /// wheel scrolls the list. Off, the wheel always scrolls the list. On at first.
     void SetSupportsCtrlShiftWheelAdjustments(bool on) { ctrlShiftWheel = on; }
     bool SupportsCtrlShiftWheelAdjustments() const { return ctrlShiftWheel; }
     /// Edits the row's text in place (the current row when unset); false when cancelled.

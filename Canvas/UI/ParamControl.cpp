@@ -5,8 +5,11 @@
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/KeyCode.h"
+#include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
+#include "Canvas/UI/Native/PopupMenu.h"
 #include "TvBase/Controller/FloatParamMemory.h"
+#include "TvBase/Util/Clipboard.h"
 
 #include <agg_conv_transform.h>
 #include <agg_renderer_scanline.h>
@@ -14,6 +17,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 
 namespace UI
 {
@@ -191,12 +196,37 @@ String ParamControl::formatValue(float value) const
 
 String ParamControl::valueToCopyString() const
 {
-    return String("%1").Arg(GetValue());
+    // The fewest decimals that read back as the same value: "0.5", not "0.500000"; values too
+    // small or too large for that in nine decimals get nine significant digits.
+    float const value = GetValue();
+    char text[64];
+    for (int decimals = 0; decimals <= 9; ++decimals)
+    {
+        std::snprintf(text, sizeof text, "%.*f", decimals, static_cast<double>(value));
+        if (std::strtof(text, nullptr) == value)
+            return String(text);
+    }
+    std::snprintf(text, sizeof text, "%.9g", static_cast<double>(value));
+    return String(text);
 }
 
 checked_value<float> ParamControl::stringToValue(String const& text) const
 {
     return text.ToUserFacingFloat();
+}
+
+bool ParamControl::CopyValue() const
+{
+    if (!controller)
+        return false;
+    return Util::Clipboard::SetContent(nullptr, checked_value<unsigned int>(),
+                                       std::vector<unsigned char>(), valueToCopyString());
+}
+
+bool ParamControl::PasteValue()
+{
+    String const text = Util::Clipboard::GetString(nullptr, 0);
+    return !text.IsNull() && handleUserEdit(text);
 }
 
 // ---- user changes
@@ -301,10 +331,18 @@ void ParamControl::slotEditDialog()
 
 // ---- input
 
-bool ParamControl::onKeyPress(unsigned int keyCode, unsigned int, bool)
+bool ParamControl::onKeyPress(unsigned int keyCode, unsigned int flags, bool)
 {
     if (!IsEnabledTo() || !controller)
         return false;
+    if ((flags & (FlagControl | FlagCommand)) && (keyCode == 'C' || keyCode == 'V'))
+    {
+        if (keyCode == 'C')
+            CopyValue();
+        else
+            PasteValue();
+        return true;
+    }
     int const span = std::abs(positionRange.maximum - positionRange.minimum);
     int const page = std::max(1, span / 10);
     // Up and right always raise the value, whichever way the positions run.
@@ -366,6 +404,46 @@ bool ParamControl::onMouseDoubleClick(Point const&, unsigned int)
     endDrag();
     slotEditDialog();
     return true;
+}
+
+bool ParamControl::onMouseRightPress(Point const& p, unsigned int)
+{
+    if (!IsEnabledTo() || !controller || !GetFrame() || !GetFrame()->GetHostWindow())
+        return false;
+    endDrag();
+    SetFocus();
+    String const pasted = Util::Clipboard::GetString(nullptr, 0);
+    bool const canPaste = !pasted.IsNull() && stringToValue(pasted).present;
+    Native::PopupMenu menu;
+    menu.AddItem(MenuCopy, "Copy Value");
+    menu.AddItem(MenuPaste, "Paste Value", canPaste);
+    menu.AddSeparator();
+    menu.AddItem(MenuEdit, "Edit Value...");
+    menu.AddItem(MenuReset, "Reset to Default", GetValue() != controller->GetDefault());
+    Point const screen = GetFrame()->GetHostWindow()->GetScreenPos() + GetGlobalPos() + p;
+    slotMenuItemSelected(menu.Show(screen));
+    return true;
+}
+
+void ParamControl::slotMenuItemSelected(int id)
+{
+    switch (id)
+    {
+    case MenuCopy:
+        CopyValue();
+        break;
+    case MenuPaste:
+        PasteValue();
+        break;
+    case MenuEdit:
+        slotEditDialog();
+        break;
+    case MenuReset:
+        handleUserReset();
+        break;
+    default:
+        break;
+    }
 }
 
 bool ParamControl::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,

@@ -20,7 +20,8 @@ class AGGInlineRenderer;
 /// Home and End go to the ends, Enter or F2 opens the value for typing. The wheel steps one
 /// position a notch. A double click opens the value for typing; a text that does not parse
 /// leaves the value alone, and a number outside the range is clamped by the parameter. Alt with
-/// a press restores the parameter's default and emits `signalReset`.
+/// a press restores the parameter's default and emits `signalReset`. Ctrl+C copies the value
+/// and Ctrl+V pastes one; a right click opens a menu with the same and with typing and reset.
 ///
 /// Answers the test driver's "GetInfo" with "value", "min", "max", "default", "position",
 /// "label", "text" (the readout), "unit" and "role".
@@ -83,6 +84,23 @@ public:
     /// not parse).
     String valueToCopyString() const;
     checked_value<float> stringToValue(String const& text) const;
+    /// The value's text onto the clipboard; false when there is no parameter or the desktop
+    /// refuses it.
+    bool CopyValue() const;
+    /// The clipboard's text as a typed value; false, with the value alone, when it does not
+    /// parse.
+    bool PasteValue();
+
+    /// The context menu's items.
+    enum MenuItem
+    {
+        MenuCopy = 1,
+        MenuPaste,
+        MenuEdit,
+        MenuReset
+    };
+    /// Carries out a context menu item; unknown ids do nothing.
+    void slotMenuItemSelected(int id);
     /// A typed value: written in one gesture when it parses. False when it does not.
     bool handleUserEdit(String const& text);
     /// Writes the parameter's default in one gesture and emits `signalReset`.
@@ -95,6 +113,8 @@ public:
     bool onKeyPress(unsigned int keyCode, unsigned int flags, bool repeat) override;
     bool onMouseWheel(Point const& p, int delta, unsigned int flags) override;
     bool onMouseDoubleClick(Point const& p, unsigned int flags) override;
+    /// Opens the context menu at the press.
+    bool onMouseRightPress(Point const& p, unsigned int flags) override;
     void onReceiveFocus() override { Update(); }
     void onLoseFocus() override { Update(); }
     bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,

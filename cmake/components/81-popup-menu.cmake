@@ -20,5 +20,5 @@ tv_test(tv_popup_menu_gui_tests
   SOURCES
     tests/Canvas/UI/Native/SDL/PopupMenuSDLTest.cpp
     tests/Canvas/UI/Native/SDL/GuiTestSupport.cpp
-  DEPS tv_ui PkgConfig::SDL2
+  DEPS tv_ui PkgConfig::SDL2 PkgConfig::X11
   LABELS gui)

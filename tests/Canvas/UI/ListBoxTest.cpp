@@ -321,3 +321,36 @@ TEST(ListBox, RowControlsComeWithTheirRows)
     ASSERT_NE(nullptr, s.list->GetListBoxItem(1)->GetControl());
     EXPECT_EQ(String("Checkbox"), s.list->GetListBoxItem(1)->GetControl()->GetName());
 }
+
+TEST(ListBox, PlainWheelOverARowScrubTextScrollsTheList)
+{
+    ListScene s(40);
+    Controller::FloatParamMemory amount(500.0f, value_range<float>(0.0f, 1000.0f));
+    s.list->CreateScrubText(2, &amount);
+    struct Case
+    {
+        bool adjustments;
+        unsigned int flags;
+        bool scrolls;
+        bool adjusts;
+    };
+    Case const cases[] = {{true, 0, true, false},
+                          {true, UI::FlagControl, false, true},
+                          {true, Cmd, false, true},
+                          {true, Shift, false, true},
+                          {false, UI::FlagControl, true, false},
+                          {false, Shift, true, false}};
+    for (Case const& c : cases)
+    {
+        s.list->SetCurrent(0, true);
+        amount.set(500.0f);
+        s.list->SetSupportsCtrlShiftWheelAdjustments(c.adjustments);
+        UI::Window* scrub = s.list->GetListBoxItem(2)->GetControl();
+        ASSERT_NE(nullptr, scrub);
+        UI::Rect const r = scrub->GetGlobalGeometry();
+        UI::Point const at((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+        s.scene.Mouse(UI::MouseWheel, at.x, at.y, c.flags, -120);
+        EXPECT_EQ(c.scrolls, s.list->GetScrollView()->GetScrollViewPos().y > 0) << c.flags;
+        EXPECT_EQ(c.adjusts, amount.get() < 500.0f) << c.flags;
+    }
+}

@@ -13,6 +13,7 @@
 #include "Canvas/UI/SliderGroup.h"
 #include "Canvas/UI/WindowFactory.h"
 #include "TvBase/Controller/FloatParamMemory.h"
+#include "TvBase/Util/Clipboard.h"
 #include "tests/Canvas/UI/support/ButtonTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -203,6 +204,52 @@ TEST(ParamControls, TypedValuesParseClampOrLeaveTheValueAlone)
     {
         EXPECT_EQ(t.parsed, c.slider->handleUserEdit(t.text)) << t.text;
         EXPECT_EQ(t.expected, c.level.get()) << t.text;
+    }
+}
+
+void setClipboardText(char const* text)
+{
+    Util::Clipboard::SetContent(nullptr, {}, {}, text);
+}
+
+TEST(ParamControls, CopyPasteAndTheContextMenuItems)
+{
+    Controls c;
+    c.s.Press(32, 42);
+    c.s.Release(32, 42);
+    ASSERT_TRUE(c.knob->IsFocused());
+    EXPECT_TRUE(c.s.Key('C', UI::FlagControl));
+    EXPECT_EQ(String("50"), Util::Clipboard::GetString(nullptr, 0));
+    c.gain.set(20.0f);
+    EXPECT_TRUE(c.s.Key('V', UI::FlagCommand));
+    EXPECT_EQ(50.0f, c.gain.get());
+    EXPECT_FALSE(c.gain.IsGrabbed());
+
+    using UI::ParamControl;
+    struct Step
+    {
+        char const* clipboard;
+        int item;
+        float expected;
+        char const* copied;
+    };
+    // The scrub text's parameter runs 0 to 1000 from 100.
+    Step const steps[] = {
+        {"250", ParamControl::MenuPaste, 250.0f, "250"},
+        {"abc", ParamControl::MenuPaste, 250.0f, "abc"},
+        {" 1e4 ", ParamControl::MenuPaste, 1000.0f, " 1e4 "},
+        {"7", ParamControl::MenuCopy, 1000.0f, "1000"},
+        {"123.456", ParamControl::MenuPaste, 123.456f, "123.456"},
+        {"7", ParamControl::MenuCopy, 123.456f, "123.456"},
+        {"7", ParamControl::MenuReset, 100.0f, "7"},
+        {"7", 99, 100.0f, "7"},
+    };
+    for (Step const& step : steps)
+    {
+        setClipboardText(step.clipboard);
+        c.scrub->slotMenuItemSelected(step.item);
+        EXPECT_EQ(step.expected, c.freq.get()) << step.clipboard << " " << step.item;
+        EXPECT_EQ(String(step.copied), Util::Clipboard::GetString(nullptr, 0)) << step.item;
     }
 }
 

@@ -15,6 +15,7 @@
 #include "Canvas/UI/Native/DIBSection.h"
 #include "Canvas/UI/Native/DrawDIBSectionFunction.h"
 #include "Canvas/UI/Native/SDL/HostWindowSDL.h"
+#include "Canvas/UI/Native/SDL/X11WakeUpGuard.h"
 #include "Canvas/UI/Native/TimerQueue.h"
 #include "TvBase/Util/ProcessInfo.h"
 
@@ -153,6 +154,9 @@ bool PlatformSupportFactorySDL::EnsureVideo()
     // Any host window may close while a nested loop waits (the colour picker, the menus).
     GuardX11WakeUps();
     mainThread = std::this_thread::get_id();
+    // Any window can close while another thread's wake-up is on its way to it: the inline
+    // editor, a popup menu, a dialog, a host window.
+    GuardX11WakeUps();
     SetDrawDIBSectionFunction(&PlatformSupportFactory::DrawDIBSection);
     return true;
 }

@@ -1,5 +1,6 @@
 // The popup menu on a real display: shown over a focused host window and driven with xdotool
-// through the keyboard, the mouse, Escape and a click outside.
+// through the keyboard, the mouse, Escape and a click outside; and a wake-up that reaches a
+// window after it closed.
 
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Font.h"
@@ -16,6 +17,14 @@
 #include <SDL.h>
 #include <gtest/gtest.h>
 
+// Xlib after the test framework, which its macros (`Bool`, `None`) would break; and without the
+// one that would stand for `PopupMenu::None` below.
+#include <SDL_syswm.h>
+#include <X11/Xlib.h>
+#undef None
+#undef Bool
+
+#include <cstring>
 #include <memory>
 
 using UI::Point;
@@ -139,4 +148,36 @@ TEST(PopupMenuGui, KeysChooseMouseChoosesEscapeAndOutsideClickDismiss)
     // Without a display or with nothing in it the menu answers none at once.
     PopupMenu empty;
     EXPECT_EQ(PopupMenu::None, empty.Show(Point(0, 0)));
+}
+
+// SDL wakes a waiting loop by an X event sent to its newest window from a second connection; a
+// window closed just before the event arrives makes the server refuse it. Xlib's default
+// handler would end the program; from the start of video on that refusal must pass unnoticed.
+TEST(X11WakeUps, ARefusedWakeUpToAClosedWindowLeavesTheProgramRunning)
+{
+    Scene s;
+    char const* driver = SDL_GetCurrentVideoDriver();
+    if (!driver || std::strcmp(driver, "x11") != 0)
+        GTEST_SKIP() << "not on X11";
+    SDL_Window* window = SDL_CreateWindow("Closing", 0, 0, 10, 10, SDL_WINDOW_HIDDEN);
+    ASSERT_NE(nullptr, window);
+    SDL_SysWMinfo info;
+    SDL_VERSION(&info.version);
+    ASSERT_TRUE(SDL_GetWindowWMInfo(window, &info));
+    ::Window const closed = info.info.x11.window;
+    SDL_DestroyWindow(window);
+    XSync(info.info.x11.display, False);
+
+    Display* other = XOpenDisplay(nullptr);
+    ASSERT_NE(nullptr, other);
+    XEvent wake;
+    std::memset(&wake, 0, sizeof wake);
+    wake.xclient.type = ClientMessage;
+    wake.xclient.window = closed;
+    wake.xclient.format = 32;
+    XSendEvent(other, closed, False, NoEventMask, &wake);
+    // The refusal comes back here, to the error handler.
+    XSync(other, False);
+    XCloseDisplay(other);
+    EXPECT_TRUE(s.host != nullptr);
 }
