@@ -18,6 +18,7 @@ import re
 import subprocess
 import sys
 import threading
+import tempfile
 import time
 import unittest
 
@@ -36,24 +37,25 @@ def load_driver(path=None):
     return module
 
 
-def run_tests(test_classes, argv):
+def run_tests(test_classes, argv, wm_config=None):
     """Starts a display (our own Xvfb unless DISPLAY is set), gives it to each class in
     `test_classes` as `display`, runs unittest's main with `argv` and returns the exit status:
-    0, 1 for failures, SKIP without a display."""
+    0, 1 for failures, SKIP without a display. `wm_config` is an openbox configuration (XML
+    text) for tests that need one, such as Alt-clicks that the default bindings would take."""
     display = Display()
     if not display.start():
         print("no X display and no Xvfb: skipped")
         return SKIP
     manager = None
     try:
-        manager = start_window_manager(display)
+        manager = start_window_manager(display, config=wm_config)
         for test_class in test_classes:
             test_class.display = display
         result = unittest.main(argv=[sys.argv[0]] + list(argv), exit=False, verbosity=2).result
     finally:
-        # On a display of our own the manager goes with it. On a display we were given it
-        # stays for the other tests there, and ends with the X server.
-        if manager and display.process:
+        # The manager we started goes with the tests, so that the next tests on a shared
+        # display start one with their own configuration.
+        if manager:
             manager.terminate()
             manager.wait(10)
         display.stop()
@@ -67,14 +69,20 @@ def window_manager_running(display):
     return run.returncode == 0 and "window id" in run.stdout
 
 
-def start_window_manager(display, timeout=20):
+def start_window_manager(display, timeout=20, config=None):
     """Starts openbox on `display` unless a window manager runs there already, and waits until
     it manages windows; the started process, or None when one was running. An openbox that
     does not take the display in time is ended, with a note on the error output, and the tests
     run without a window manager rather than not at all."""
     if window_manager_running(display):
         return None
-    manager = subprocess.Popen(["openbox", "--sm-disable"], env=x_env(display),
+    command = ["openbox", "--sm-disable"]
+    if config:
+        rc = tempfile.NamedTemporaryFile("w", prefix="tv-openbox-", suffix=".xml", delete=False)
+        with rc:
+            rc.write(config)
+        command += ["--config-file", rc.name]
+    manager = subprocess.Popen(command, env=x_env(display),
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                start_new_session=True)
     deadline = time.monotonic() + timeout

@@ -36,25 +36,13 @@ OPENBOX_RC = "<openbox_config xmlns=\"http://openbox.org/3.4/rc\"><focus><focusN
 
 class Design(unittest.TestCase):
     display = None
-    openbox = None
 
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.mkdtemp(prefix="tv-design-gui.")
-        if shutil.which("openbox"):
-            rc = os.path.join(cls.folder, "rc.xml")
-            with open(rc, "w") as f:
-                f.write(OPENBOX_RC)
-            cls.openbox = subprocess.Popen(["openbox", "--config-file", rc, "--sm-disable"],
-                                           env=gui_test.x_env(cls.display),
-                                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            time.sleep(0.5)
 
     @classmethod
     def tearDownClass(cls):
-        if cls.openbox:
-            cls.openbox.terminate()
-            cls.openbox.wait(10)
         shutil.rmtree(cls.folder, ignore_errors=True)
 
     def setUp(self):
@@ -360,7 +348,7 @@ def main(argv):
     parser.add_argument("--bin", required=True)
     parser.add_argument("--module", required=True)
     ARGS, rest = parser.parse_known_args(argv)
-    return gui_test.run_tests([Design], rest)
+    return gui_test.run_tests([Design], rest, wm_config=OPENBOX_RC)
 
 
 if __name__ == "__main__":

@@ -39,15 +39,6 @@ class Controls(unittest.TestCase):
     def setUpClass(cls):
         cls.folder = tempfile.TemporaryDirectory(prefix="tv-controls-gui")
         env = gui_test.x_env(cls.display)
-        cls.wm = None
-        if shutil.which("openbox"):
-            rc = os.path.join(cls.folder.name, "rc.xml")
-            with open(rc, "w") as text:
-                text.write(OPENBOX_RC)
-            cls.wm = subprocess.Popen(["openbox", "--config-file", rc], env=env,
-                                      stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            # Its start holds the server for a moment; the gallery starts once it is done.
-            gui_test.wait_for_window(cls.display, "Openbox", timeout=15)
         env["XDG_CONFIG_HOME"] = os.path.join(cls.folder.name, "config")
         env["XDG_DATA_HOME"] = os.path.join(cls.folder.name, "data")
         env["TV_TEST_AUTOMATION_MODULE"] = ARGS.module
@@ -76,9 +67,6 @@ class Controls(unittest.TestCase):
             said = text.read()
         if said.strip():
             print("\n--- gallery error output ---\n" + said[-6000:], file=sys.stderr)
-        if cls.wm:
-            cls.wm.terminate()
-            cls.wm.wait(10)
         cls.folder.cleanup()
 
     # ---- helpers
@@ -404,7 +392,7 @@ def main():
     if not shutil.which("xdotool"):
         print("no xdotool: skipped")
         return gui_test.SKIP
-    return gui_test.run_tests([Controls], rest)
+    return gui_test.run_tests([Controls], rest, wm_config=OPENBOX_RC)
 
 
 if __name__ == "__main__":
