@@ -772,4 +772,10 @@ void Canvas::UpdateDesignEnableFromConfigFile()
             frame->GetDesign()->UpdateFromConfigFile();
 }
 
+void Canvas::initializeDesignAid()
+{
+    // The Design Aid panel is made here, once, by the toolkit part that provides it; without
+    // that part live design runs without a panel and asks nothing of it.
+}
+
 } // namespace UI

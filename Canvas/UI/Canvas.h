@@ -36,6 +36,7 @@ namespace UI
 
 class CanvasPlatform;
 class CanvasUICodeToken;
+class DesignAid;
 class Font;
 class FontCache;
 class Frame;
@@ -251,6 +252,14 @@ public:
     bool ExecuteCommand(String const& id, Window* window);
     /// Has every frame whose design isn't disabled read its design keys again.
     void UpdateDesignEnableFromConfigFile();
+    /// The canvas-wide design flag: on from the start, cleared only while design tool windows
+    /// are made, so that their frames never start a design of their own.
+    bool IsDesignEnabled() const { return designEnabled; }
+    void SetDesignEnabled(bool enabled) { designEnabled = enabled; }
+    /// The Design Aid panel shared by all frames; null until live design first needs it.
+    DesignAid* GetDesignAid() const { return designAid.get(); }
+    /// Makes the Design Aid panel once, when the program has one.
+    void initializeDesignAid();
 
 private:
     void loadExtraCharacterFont(checked_value<unsigned int> const& index);
@@ -270,6 +279,7 @@ private:
     unsigned int number2;
     String resourcePath;
     String layoutFolder;
+    bool designEnabled = true;
     std::unique_ptr<Util::PropertySerializer> propertySerializer;
     std::unique_ptr<PrimitiveFactory> primitiveFactory;
     std::unique_ptr<Command::CommandManager> commandManager;
@@ -304,6 +314,7 @@ private:
     boost::function<String(String)> fontStringMapping;
     boost::shared_ptr<Util::ConfigFile> configFile;
     boost::shared_ptr<CanvasPlatform> platform;
+    boost::shared_ptr<DesignAid> designAid;
 };
 
 } // namespace UI

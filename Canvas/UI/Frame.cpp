@@ -28,6 +28,7 @@
 #include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/detail/DebugReport.h"
+#include "Canvas/UI/detail/DesignAidCalls.h"
 #include "Canvas/UI/detail/Stacking.h"
 #include "TvBase/Util/ProcessInfo.h"
 
@@ -317,9 +318,14 @@ void Frame::RenderInvalidRegions(bool consume)
 
     if (design && design->IsActive())
     {
-        drawContext->SetClipRect(whole);
-        drawContext->SetTranslation(Point());
-        design->Draw(drawContext);
+        // Over everything, region by region: the overlay's translucent parts must not pile up
+        // on pixels that this pass didn't repaint.
+        for (Rect const& region : regions)
+        {
+            drawContext->SetClipRect(region & whole);
+            drawContext->SetTranslation(Point());
+            design->Draw(drawContext);
+        }
     }
 
     drawContext->End(regions, nativeHandle, host ? host->GetColorSpace() : nullptr);
@@ -411,6 +417,8 @@ void Frame::onWindowCreate(Window*)
 
 void Frame::onWindowDestroy(Window* w, bool frameChanging)
 {
+    if (design)
+        design->onWindowDestroy(w);
     if (canvas)
         canvas->OnWindowDestroy(w);
     if (animationHandler)
@@ -709,6 +717,14 @@ bool Frame::handleKeyboardMessageInner(KeyboardMessage message, unsigned int key
         consumedByDesign = true;
         return true;
     }
+#if TV_HAS_DESIGN_AID
+    DesignAid* aid = canvas ? canvas->GetDesignAid() : nullptr;
+    if (aid && aid->HandleKeyboardMessage(message, keyCode, character, flags, repeat))
+    {
+        consumedByDesign = true;
+        return true;
+    }
+#endif
     if (topLevelWindow && deliverKey(topLevelWindow, message, keyCode, character, flags, repeat))
         return true;
     if (activeDialog && activeDialog->IsAnimating())
@@ -1040,7 +1056,7 @@ void Frame::OnCloseDialog()
 void Frame::SetDesignDisable(bool disable)
 {
     designDisable = disable;
-    design->UpdateActive();
+    design->SetDisabled(disable);
 }
 
 int Frame::AccumulateWheelDelta(float delta, unsigned long long id)

@@ -1,6 +1,7 @@
 #include "Canvas/UI/ScreenShot.h"
 
 #include "Canvas/UI/DIBits.h"
+#include "Canvas/UI/Design.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/MemoryDrawContext.h"
 #include "Canvas/UI/Native/DIBSection.h"
@@ -16,9 +17,12 @@ namespace UI
 namespace
 {
 
-// What a screenshot of the frame covers: the whole frame.
+// What a screenshot of the frame covers: the design's trim rectangle, the whole frame unless a
+// designer set one.
 UI::Rect screenShotRect(UI::Frame* frame)
 {
+    if (frame->GetDesign())
+        return frame->GetDesign()->GetScreenShotTrimRect();
     UI::Size const size = frame->GetSize();
     return UI::Rect(0, size.width - 1, 0, size.height - 1);
 }

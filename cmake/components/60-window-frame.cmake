@@ -1,10 +1,9 @@
-# The window tree and the frame: windows, frames, the canvas they share, the design seam and the
-# host window door.
+# The window tree and the frame: windows, frames, the canvas they share and the host window door.
+# The design engine behind the frame's design seam is in 97-design.cmake.
 tv_ui_sources(
   SOURCES
     Canvas/UI/Window.cpp
     Canvas/UI/Frame.cpp
-    Canvas/UI/Design.cpp
     Canvas/UI/FocusIndicator.cpp
     Canvas/UI/HotDraw.cpp
     Canvas/UI/detail/DebugReport.cpp

@@ -31,6 +31,8 @@ public:
     Point GetCursorScreenPos() override { return cursorScreenPos; }
     bool IsCapsLockOn() override { return capsLock; }
 
+    /// Shown or hidden as the platform would report it.
+    void SetShown(bool shown) { visible = shown; }
     /// The address the frame uses as its native handle.
     void* Handle() { return this; }
 
