@@ -227,10 +227,11 @@ void Design::activate()
                                    frame->GetDefaultColor(0), Point(5, 5));
             readoutText->SetDynamicLayoutMode(Window::DynamicLayoutNever);
             readoutHost->Show(false);
-            // The readout must not take the keyboard from the frame being designed.
-            Native::HostWindow* host = frame->GetHostWindow();
-            if (host && host->IsHoldingFocus() == false)
-                host->SetNativeFocus();
+            // A window manager may give the new readout the keyboard: keys that nothing in its
+            // frame takes go on to the canvas's current frame, which is this one unless the
+            // program named another.
+            if (canvas && !canvas->GetCurrentFrame())
+                canvas->SetCurrentFrame(frame);
         }
     }
     updateReadoutText();
