@@ -13,11 +13,14 @@
 #include "Canvas/UI/CanvasPlatform.h"
 #include "Canvas/UI/CanvasUICodeToken.h"
 #include "Canvas/UI/Design.h"
+#include "Canvas/UI/DesignAid.h"
 #include "Canvas/UI/FocusIndicator.h"
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FontCache.h"
 #include "Canvas/UI/FontInfo.h"
 #include "Canvas/UI/Frame.h"
+#include "Canvas/UI/Native/HostWindow.h"
+#include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/Palette.h"
 #include "Canvas/UI/PrimitiveFactory.h"
 #include "Canvas/UI/StringWidthCache.h"
@@ -123,6 +126,10 @@ Canvas::Canvas(String const& name, unsigned int number1, unsigned int number2,
 
 Canvas::~Canvas()
 {
+    // The panel's frame owns the panel; the host owns the frame. The pointer goes first, so
+    // that the panel's dying windows aren't reported to it.
+    designAid.reset();
+    designAidHost.reset();
     hideToolTip();
     resetToolTipState();
     toolTip = nullptr;
@@ -194,6 +201,8 @@ void Canvas::initializeFrame(Frame* frame)
 
 void Canvas::removeFrame(Frame* frame)
 {
+    if (designAid)
+        designAid->OnFrameDestroy(frame);
     frames.erase(std::remove(frames.begin(), frames.end(), frame), frames.end());
     if (activeFrame == frame)
         activeFrame = nullptr;
@@ -707,6 +716,8 @@ void Canvas::HandleToolTipMouseMessage(Frame* frame, MouseMessage message, Point
 
 void Canvas::OnWindowDestroy(Window* window)
 {
+    if (designAid)
+        designAid->OnWindowDestroy(window);
     // A window can die in the middle of its own paint only by a bug, but the stack must never
     // keep a dead pointer.
     currentlyDrawing.erase(std::remove(currentlyDrawing.begin(), currentlyDrawing.end(), window),
@@ -774,8 +785,19 @@ void Canvas::UpdateDesignEnableFromConfigFile()
 
 void Canvas::initializeDesignAid()
 {
-    // The Design Aid panel is made here, once, by the toolkit part that provides it; without
-    // that part live design runs without a panel and asks nothing of it.
+    if (designAidHost)
+        return;
+    // The panel's frame is made with the design flag down, so that it never starts a design of
+    // its own.
+    bool const enabled = designEnabled;
+    designEnabled = false;
+    designAidHost.reset(Native::PlatformSupportFactory::CreateHostWindow(
+        this, String("Design Aid Host Window"), nullptr, configFile.get()));
+    Frame* frame = designAidHost ? designAidHost->GetFrame() : nullptr;
+    // The frame owns the panel, as it owns every top-level window.
+    if (frame)
+        designAid.reset(new DesignAid(frame, designAidHost.get()), [](DesignAid*) {});
+    designEnabled = enabled;
 }
 
 } // namespace UI

@@ -44,6 +44,10 @@ class Palette;
 class PrimitiveFactory;
 class StringWidthCache;
 class Window;
+namespace Native
+{
+class HostWindow;
+}
 
 /// The per-process UI context: everything that windows share lives here. The fonts and extra
 /// character fonts, the palette, the theme's widget factory, the property serializer, the
@@ -314,6 +318,7 @@ private:
     boost::function<String(String)> fontStringMapping;
     boost::shared_ptr<Util::ConfigFile> configFile;
     boost::shared_ptr<CanvasPlatform> platform;
+    boost::shared_ptr<Native::HostWindow> designAidHost;
     boost::shared_ptr<DesignAid> designAid;
 };
 
