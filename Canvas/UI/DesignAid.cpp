@@ -9,6 +9,7 @@
 
 #include "Canvas/UI/DesignAid.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/CheckBox.h"
 #include "Canvas/UI/Design.h"
@@ -938,6 +939,18 @@ void DesignAid::hidePropertyEditor() {}
 void DesignAid::ShowWindowMaker() {}
 
 void DesignAid::ShowWindowTree() {}
+
+bool DesignAid::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                                 TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    reply->SetValue("snap", ShouldSnapToGuides() ? "true" : "false");
+    reply->SetValue("force", IsDesignForceEnabled() ? "true" : "false");
+    reply->SetValue("saveToolTip", buttons[SaveLayoutButton]->GetToolTipText().CStr());
+    reply->SetValue("shown", IsHostWindowVisible() ? "true" : "false");
+    return true;
+}
 
 bool DesignAid::HandleKeyboardMessage(KeyboardMessage message, unsigned int key, char, unsigned int,
                                       bool)

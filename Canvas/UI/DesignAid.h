@@ -128,6 +128,10 @@ public:
 
     void onSetGeometry() override;
     String GetWindowType() const override { return String("DesignAid"); }
+    /// "GetInfo" adds the switches and the save button's tool tip: "snap", "force",
+    /// "saveToolTip" and "shown".
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
 
 protected:
     /// Shows `menu` at `screenPoint` and answers the chosen id; tests answer here instead.

@@ -2,3 +2,12 @@
 tv_ui_sources(
   SOURCES
     Canvas/UI/DesignAid.cpp)
+
+# The panel on the gallery and the updater under Xvfb (with openbox when installed), driven with
+# xdotool and read back through the test bridge; skips without a display.
+add_test(NAME tv_design_aid_gui
+  COMMAND python3 ${PROJECT_SOURCE_DIR}/tests/Canvas/UI/design_aid_gui_test.py
+          --bin ${CMAKE_BINARY_DIR}/bin
+          --module $<TARGET_FILE:TvTestAutomation>)
+set_tests_properties(tv_design_aid_gui PROPERTIES
+  LABELS gui TIMEOUT 300 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
