@@ -5,7 +5,9 @@ fields read and typed into through the test bridge. Exits 77 (skipped) without a
 
 import argparse
 import os
+import shutil
 import sys
+import tempfile
 import time
 import unittest
 
@@ -44,6 +46,8 @@ class DesignAid(design_gui_test.Design):
         self.focus("Design Aid")
         self.click(self.centre(d.widget_info(AID + name)))
         self.assertIsNotNone(self.window("Inline Editor", timeout=5), name)
+        # Mapped is not yet focused: give the window manager a moment.
+        time.sleep(0.3)
         self.key("ctrl+a")
         gui_test.xdotool(self.display, "type", "--delay", "30", text)
         self.key("Return")
@@ -149,7 +153,12 @@ class DesignAid(design_gui_test.Design):
         self.assertEqual("false", self.field(d, save, "enabled"))
         self.assertEqual(NO_FOLDER_TIP, d.widget_info("DesignAid")["saveToolTip"])
 
-        override = os.path.join(self.work, "override")
+        # Force keeps design on, so that caps lock can go off before a path is typed.
+        self.click(self.centre(d.widget_info(AID + "Force Design Enabled CheckBox")))
+        d.wait_until(lambda: d.widget_info("DesignAid")["force"] == "true", timeout=5)
+        self.caps(False)
+        override = tempfile.mkdtemp(prefix="tvda", dir="/tmp")
+        self.addCleanup(shutil.rmtree, override, True)
         os.makedirs(os.path.join(override, "UI", "Layout"))
         self.type_into(d, "Resource Path Edit", override)
         self.wait_field(d, "Resource Path Edit", override)
