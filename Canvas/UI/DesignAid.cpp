@@ -30,6 +30,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 
 namespace UI
 {
@@ -75,7 +76,8 @@ int const PtrEditWidth = 120;
 /// The Command key of the menu captions: Ctrl on this platform.
 String commandCaption(char const* caption)
 {
-    return String(caption).Arg(String("Ctrl+"));
+    // Arg appends to a text without a marker, so only captions that name the key take it.
+    return std::strstr(caption, "%1") ? String(caption).Arg(String("Ctrl+")) : String(caption);
 }
 
 // The "More options..." entries, in menu order; an entry's id is its index here.

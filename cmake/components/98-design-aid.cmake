@@ -3,6 +3,13 @@ tv_ui_sources(
   SOURCES
     Canvas/UI/DesignAid.cpp)
 
+tv_test(tv_design_aid_tests
+  SOURCES
+    tests/Canvas/UI/DesignAidTest.cpp
+    tests/Canvas/UI/CanvasTestSupport.cpp
+    tests/support/TempFolder.cpp
+  DEPS tv_ui)
+
 # The panel on the gallery and the updater under Xvfb (with openbox when installed), driven with
 # xdotool and read back through the test bridge; skips without a display.
 add_test(NAME tv_design_aid_gui
