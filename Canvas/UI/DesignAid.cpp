@@ -383,6 +383,17 @@ void DesignAid::SetSelectedWindows(std::vector<Window*> windows)
     signalSelectionChanged();
 }
 
+void DesignAid::enableControls(bool enable)
+{
+    snapCheckBox->SetEnabled(enable);
+    forceCheckBox->SetEnabled(enable);
+    for (SimplePushButton* button : buttons)
+        button->SetEnabled(enable);
+    // The property editor is a tool of its own, still to come.
+    buttons[EditPropertiesButton]->SetEnabled(false);
+    setSaveLayoutButtonState();
+}
+
 void DesignAid::clearEdits(bool enable)
 {
     windowPtrEdit->SetText(String(""));
@@ -408,11 +419,7 @@ void DesignAid::UpdateSelectionGeometry()
 void DesignAid::showNoSelection(Design* design)
 {
     bool const active = design != nullptr;
-    snapCheckBox->SetEnabled(active);
-    forceCheckBox->SetEnabled(active);
-    for (SimplePushButton* button : buttons)
-        button->SetEnabled(active);
-    setSaveLayoutButtonState();
+    enableControls(active);
     if (!active)
         readoutText->SetText(String(""));
     objectInfoText->SetText(active ? String("No selection")
@@ -446,11 +453,7 @@ void DesignAid::showGuides(Design* design)
 
 void DesignAid::showWindows()
 {
-    snapCheckBox->SetEnabled(true);
-    forceCheckBox->SetEnabled(true);
-    for (SimplePushButton* button : buttons)
-        button->SetEnabled(true);
-    setSaveLayoutButtonState();
+    enableControls(true);
     for (Edit* edit : geometryEdits)
         edit->SetEnabled(true);
     windowPtrEdit->SetEnabled(true);

@@ -147,6 +147,8 @@ private:
     void showNoSelection(Design* design);
     void showGuides(Design* design);
     void showWindows();
+    /// The switches and buttons; the save button also needs the override folder.
+    void enableControls(bool enable);
     void clearEdits(bool enable);
 
     void onWindowPtrEdited();
