@@ -45,9 +45,12 @@ class DesignAid(design_gui_test.Design):
         # The panel takes the keyboard first, so that the editor it opens keeps it.
         self.focus("Design Aid")
         self.click(self.centre(d.widget_info(AID + name)))
-        self.assertIsNotNone(self.window("Inline Editor", timeout=5), name)
-        # Mapped is not yet focused: give the window manager a moment.
-        time.sleep(0.3)
+        editor = self.window("Inline Editor", timeout=5)
+        self.assertIsNotNone(editor, name)
+        # Mapped is not yet focused: the keys must reach the editor, not the field under it
+        # (where Return would open the editor again).
+        time.sleep(0.2)
+        gui_test.xdotool(self.display, "windowfocus", "--sync", editor)
         self.key("ctrl+a")
         gui_test.xdotool(self.display, "type", "--delay", "30", text)
         self.key("Return")
