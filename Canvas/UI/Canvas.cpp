@@ -14,11 +14,14 @@
 #include "Canvas/UI/CanvasPlatform.h"
 #include "Canvas/UI/CanvasUICodeToken.h"
 #include "Canvas/UI/Design.h"
+#include "Canvas/UI/DesignAid.h"
 #include "Canvas/UI/FocusIndicator.h"
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FontCache.h"
 #include "Canvas/UI/FontInfo.h"
 #include "Canvas/UI/Frame.h"
+#include "Canvas/UI/Native/HostWindow.h"
+#include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/Orientation.h"
 #include "Canvas/UI/Palette.h"
 #include "Canvas/UI/PrimitiveFactory.h"
@@ -154,6 +157,10 @@ Canvas::~Canvas()
 {
     // The palette editor's windows go first, while everything they use is whole.
     paletteEditorHost.reset();
+    // The panel's frame owns the panel; the host owns the frame. The pointer goes first, so
+    // that the panel's dying windows aren't reported to it.
+    designAid.reset();
+    designAidHost.reset();
     TestAutomationInterface::ClearCanvas(this);
     hideToolTip();
     resetToolTipState();
@@ -226,6 +233,8 @@ void Canvas::initializeFrame(Frame* frame)
 
 void Canvas::removeFrame(Frame* frame)
 {
+    if (designAid)
+        designAid->OnFrameDestroy(frame);
     frames.erase(std::remove(frames.begin(), frames.end(), frame), frames.end());
     if (activeFrame == frame)
         activeFrame = nullptr;
@@ -739,6 +748,8 @@ void Canvas::HandleToolTipMouseMessage(Frame* frame, MouseMessage message, Point
 
 void Canvas::OnWindowDestroy(Window* window)
 {
+    if (designAid)
+        designAid->OnWindowDestroy(window);
     // A window can die in the middle of its own paint only by a bug, but the stack must never
     // keep a dead pointer.
     currentlyDrawing.erase(std::remove(currentlyDrawing.begin(), currentlyDrawing.end(), window),
@@ -806,8 +817,19 @@ void Canvas::UpdateDesignEnableFromConfigFile()
 
 void Canvas::initializeDesignAid()
 {
-    // The Design Aid panel is made here, once, by the toolkit part that provides it; without
-    // that part live design runs without a panel and asks nothing of it.
+    if (designAidHost)
+        return;
+    // The panel's frame is made with the design flag down, so that it never starts a design of
+    // its own.
+    bool const enabled = designEnabled;
+    designEnabled = false;
+    designAidHost.reset(Native::PlatformSupportFactory::CreateHostWindow(
+        this, String("Design Aid Host Window"), nullptr, configFile.get()));
+    Frame* frame = designAidHost ? designAidHost->GetFrame() : nullptr;
+    // The frame owns the panel, as it owns every top-level window.
+    if (frame)
+        designAid.reset(new DesignAid(frame, designAidHost.get()), [](DesignAid*) {});
+    designEnabled = enabled;
 }
 
 } // namespace UI

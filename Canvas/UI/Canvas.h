@@ -330,6 +330,7 @@ private:
     boost::function<String(String)> fontStringMapping;
     boost::shared_ptr<Util::ConfigFile> configFile;
     boost::shared_ptr<CanvasPlatform> platform;
+    boost::shared_ptr<Native::HostWindow> designAidHost;
     boost::shared_ptr<DesignAid> designAid;
 };
 

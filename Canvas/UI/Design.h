@@ -162,6 +162,9 @@ public:
     /// Writes the window tree, indented by depth, to the standard error.
     void DumpWindowTree();
     void ToggleCursorBeams();
+    /// Guides at the centres (edges) of the selected windows, on or off.
+    void ToggleCenterGuides();
+    void ToggleEdgeGuides();
     void ABSelectedWindowGeometries() { windowGeometryAB(false); }
     void ABAllWindowGeometries() { windowGeometryAB(true); }
     /// Deletes the selected windows that a layout or the window maker created; empties both
@@ -202,6 +205,10 @@ public:
     std::vector<Window*> const& GetNoSelectWindows() const { return noSelectWindows; }
     std::size_t GetUndoDepth() const { return undoStack.size(); }
     std::size_t GetRedoDepth() const { return redoStack.size(); }
+    bool IsShowingSelectionFrames() const { return showSelectionFrames; }
+    bool IsShowingCenterGuides() const { return showCenterGuides; }
+    bool IsShowingEdgeGuides() const { return showEdgeGuides; }
+    bool IsShowingCursorBeams() const { return showCursorBeams; }
     /// The drag handle that `point` (frame coordinates) is on.
     DragType getDragType(Window* window, Point const& point) const;
     /// The deepest visible, selectable window under `point` (frame coordinates).

@@ -188,14 +188,10 @@ bool Design::handleCommandKey(unsigned int key, unsigned int modifiers)
             UndoGeometryChange();
         return true;
     case KeyOpenBracket:
-        invalidateSelectedWindows();
-        showCenterGuides = !showCenterGuides;
-        invalidateSelectedWindows();
+        ToggleCenterGuides();
         return true;
     case KeyCloseBracket:
-        invalidateSelectedWindows();
-        showEdgeGuides = !showEdgeGuides;
-        invalidateSelectedWindows();
+        ToggleEdgeGuides();
         return true;
     case KeyBackslash:
         ToggleSelectionFrames();
@@ -209,6 +205,20 @@ bool Design::handleCommandKey(unsigned int key, unsigned int modifiers)
     default:
         return false;
     }
+}
+
+void Design::ToggleCenterGuides()
+{
+    invalidateSelectedWindows();
+    showCenterGuides = !showCenterGuides;
+    invalidateSelectedWindows();
+}
+
+void Design::ToggleEdgeGuides()
+{
+    invalidateSelectedWindows();
+    showEdgeGuides = !showEdgeGuides;
+    invalidateSelectedWindows();
 }
 
 void Design::handlePendingKey(unsigned int key)

@@ -18,6 +18,7 @@
 #include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/Window.h"
+#include "Canvas/UI/detail/DesignAidCalls.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -203,7 +204,7 @@ void Design::leftPress(Point const& point, unsigned int flags)
     }
     if (guideHit)
     {
-        invalidateGuides();
+        updateSelectedGuides();
         captureMouse();
         return;
     }
@@ -703,6 +704,11 @@ void Design::clearGuideSelection()
 void Design::updateSelectedGuides()
 {
     invalidateGuides();
+#if TV_HAS_DESIGN_AID
+    // The Design Aid shows the selected guides when no window is selected.
+    if (designAid)
+        designAid->UpdateSelectionGeometry();
+#endif
 }
 
 std::vector<int> Design::GetSelectedGuides(unsigned int axis) const
