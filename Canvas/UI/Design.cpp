@@ -19,6 +19,7 @@
 #include "Canvas/UI/Box.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/CursorSentry.h"
+#include "Canvas/UI/DesignAid.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
@@ -26,7 +27,6 @@
 #include "Canvas/UI/Text.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/WindowFactory.h"
-#include "Canvas/UI/detail/DesignAidCalls.h"
 #include "TvBase/Controller/BoolParamConfigFile.h"
 #include "TvBase/Util/ConfigFile.h"
 
@@ -92,10 +92,8 @@ Size Design::frameSize() const
 
 bool Design::shouldSnapToGuides() const
 {
-#if TV_HAS_DESIGN_AID
     if (designAid)
         return designAid->ShouldSnapToGuides();
-#endif
     return snapToGuides;
 }
 
@@ -166,10 +164,8 @@ void Design::UpdateActive()
     if (!blocked)
     {
         want = host && host->IsCapsLockOn();
-#if TV_HAS_DESIGN_AID
         if (designAid && designAid->IsDesignForceEnabled())
             want = true;
-#endif
         Canvas* canvas = frame->GetCanvas();
         if (canvas && !canvas->IsDesignEnabled())
             want = false;
@@ -235,7 +231,6 @@ void Design::activate()
         }
     }
     updateReadoutText();
-#if TV_HAS_DESIGN_AID
     if (!designAid && canvas)
     {
         canvas->initializeDesignAid();
@@ -250,7 +245,6 @@ void Design::activate()
             designAid->HideHostWindow();
         designAid->UpdatePropertyEditorVisibility();
     }
-#endif
     hoverTimer.reset(
         new SimpleTimer(boost::function<void()>([this] { updateHoverWindow(); }), 100, false));
 }
@@ -260,12 +254,8 @@ void Design::deactivate(bool userOff)
     readoutBox = nullptr;
     readoutText = nullptr;
     readoutHost.reset();
-#if TV_HAS_DESIGN_AID
     if (userOff && designAid)
         designAid->HideAll();
-#else
-    (void)userOff;
-#endif
     hoverTimer.reset();
     hoverWindow = nullptr;
     setCursor(Cursor::Arrow);
@@ -381,10 +371,8 @@ void Design::removeSelectedWindow(Window* window)
 
 void Design::updateSelectedWindows()
 {
-#if TV_HAS_DESIGN_AID
     if (designAid)
         designAid->SetSelectedWindows(std::vector<Window*>(selected));
-#endif
     if (layoutActionPending && layoutAction == LayoutReparent && selected.size() == 1)
         finishReparentAction();
 }
@@ -402,10 +390,8 @@ void Design::updateSelectedWindowGeometries(bool geometryChanged)
         abSelectedGeometries.clear();
         abAllGeometries.clear();
     }
-#if TV_HAS_DESIGN_AID
     if (designAid)
         designAid->UpdateSelectionGeometry();
-#endif
     invalidateSingleDragGuides();
     invalidateSelectedWindows();
     updateReadoutText();
@@ -501,7 +487,6 @@ void Design::ToggleCursorBeams()
 void Design::ToggleDesignAidVisibility()
 {
     designAidVisible->set(!designAidVisible->get());
-#if TV_HAS_DESIGN_AID
     if (designAid)
     {
         if (designAidVisible->get())
@@ -509,7 +494,6 @@ void Design::ToggleDesignAidVisibility()
         else
             designAid->HideHostWindow();
     }
-#endif
 }
 
 // ============================================================================================
@@ -602,10 +586,8 @@ void Design::setReadoutText(String const& text)
         readoutBox->SetGeometry(0, 0, size.width, size.height);
         readoutText->Move(5, 5);
     }
-#if TV_HAS_DESIGN_AID
     if (designAid)
         designAid->SetObjectInfoText(text);
-#endif
 }
 
 String Design::getFormattedWindowNames(std::vector<Window*> const& windows)
@@ -740,10 +722,8 @@ void Design::DeleteSelectedWindows()
     undoStack.clear();
     redoStack.clear();
     updateSelectedWindows();
-#if TV_HAS_DESIGN_AID
     if (designAid)
         designAid->signalWindowDeleted();
-#endif
 }
 
 void Design::DeleteSelectedGuides()
@@ -796,10 +776,8 @@ void Design::createWindowAt(Point const& point)
 
 void Design::resetLayoutAction()
 {
-#if TV_HAS_DESIGN_AID
     if (layoutActionPending && layoutAction == LayoutCreateWindow && designAid)
         designAid->signalCreateFinished();
-#endif
     layoutActionPending = false;
 }
 
@@ -847,10 +825,8 @@ void Design::finishReparentAction()
     if (moved.empty())
         return;
     setReadoutText(String("Reparented ") + getFormattedWindowNames(moved));
-#if TV_HAS_DESIGN_AID
     if (designAid)
         designAid->signalTreeChanged();
-#endif
 }
 
 // ============================================================================================
@@ -908,10 +884,8 @@ void Design::ReloadLayout()
     }
     if (!loaded)
         return;
-#if TV_HAS_DESIGN_AID
     if (designAid)
         designAid->signalLayoutLoaded();
-#endif
     invalidateSelectedWindows();
 }
 

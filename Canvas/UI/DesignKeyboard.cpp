@@ -8,10 +8,11 @@
 
 #include "Canvas/UI/Design.h"
 
+#include "Canvas/UI/DesignAid.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
+#include "Canvas/UI/PixelZoom.h"
 #include "Canvas/UI/Window.h"
-#include "Canvas/UI/detail/DesignAidCalls.h"
 
 #include <algorithm>
 
@@ -122,12 +123,9 @@ bool Design::handleCommandKey(unsigned int key, unsigned int modifiers)
     case 'D':
         if (command)
             Deselect();
-#if TV_HAS_DESIGN_AID
         else if (designAid && designAid->IsHostWindowVisible())
             designAid->ToggleForceDesignEnable();
-#endif
         return true;
-#if TV_HAS_DESIGN_AID
     case 'E':
         if (designAid)
             designAid->TogglePropertyEditorVisibility();
@@ -140,18 +138,17 @@ bool Design::handleCommandKey(unsigned int key, unsigned int modifiers)
         if (designAid)
             designAid->ShowWindowTree();
         return true;
-#endif
     case 'F':
-        // Alt+F freezes the pixel zoom, which belongs to the Design Aid.
         if (!Native::PlatformSupportFactory::IsAltPressed())
             FindWindowByName();
+        // Alt+F freezes the Design Aid's pixel zoom.
+        else if (designAid && designAid->GetPixelZoom())
+            designAid->GetPixelZoom()->ToggleFreeze();
         return true;
     case 'G':
-#if TV_HAS_DESIGN_AID
         if (designAid)
             designAid->ToggleSnapToGuides();
         else
-#endif
             snapToGuides = !snapToGuides;
         setReadoutText(shouldSnapToGuides() ? String("Snap to guides turned on")
                                             : String("Snap to guides turned off"));

@@ -12,13 +12,13 @@
 #include "Canvas/UI/Design.h"
 
 #include "Canvas/UI/Canvas.h"
+#include "Canvas/UI/DesignAid.h"
 #include "Canvas/UI/FocusIndicator.h"
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/Window.h"
-#include "Canvas/UI/detail/DesignAidCalls.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -704,11 +704,9 @@ void Design::clearGuideSelection()
 void Design::updateSelectedGuides()
 {
     invalidateGuides();
-#if TV_HAS_DESIGN_AID
     // The Design Aid shows the selected guides when no window is selected.
     if (designAid)
         designAid->UpdateSelectionGeometry();
-#endif
 }
 
 std::vector<int> Design::GetSelectedGuides(unsigned int axis) const

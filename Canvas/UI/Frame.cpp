@@ -20,6 +20,7 @@
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Design.h"
+#include "Canvas/UI/DesignAid.h"
 #include "Canvas/UI/Dialog/Base.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/FocusIndicator.h"
@@ -28,7 +29,6 @@
 #include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/detail/DebugReport.h"
-#include "Canvas/UI/detail/DesignAidCalls.h"
 #include "Canvas/UI/detail/Stacking.h"
 #include "TvBase/Util/ProcessInfo.h"
 
@@ -720,14 +720,12 @@ bool Frame::handleKeyboardMessageInner(KeyboardMessage message, unsigned int key
         consumedByDesign = true;
         return true;
     }
-#if TV_HAS_DESIGN_AID
     DesignAid* aid = canvas ? canvas->GetDesignAid() : nullptr;
     if (aid && aid->HandleKeyboardMessage(message, keyCode, character, flags, repeat))
     {
         consumedByDesign = true;
         return true;
     }
-#endif
     if (topLevelWindow && deliverKey(topLevelWindow, message, keyCode, character, flags, repeat))
         return true;
     if (activeDialog && activeDialog->IsAnimating())
