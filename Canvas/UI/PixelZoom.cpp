@@ -15,9 +15,9 @@
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/MemoryDrawContext.h"
 #include "Canvas/UI/Native/DIBSection.h"
+#include "Canvas/UI/Native/FileDialog.h"
 #include "Canvas/UI/Native/ImageClipboard.h"
 #include "Canvas/UI/Native/PopupMenu.h"
-#include "Canvas/UI/Native/ScreenShotHost.h"
 #include "Canvas/UI/ScreenShot.h"
 #include "Canvas/UI/SimpleTimer.h"
 #include "Canvas/UI/SliderGroup.h"
@@ -547,11 +547,10 @@ boost::shared_ptr<DIBits> PixelZoom::copyZoomArea() const
 
 void PixelZoom::executeZoomAreaContextMenu(Point const& p)
 {
-    Native::ScreenShotHost* host = Native::GetScreenShotHost();
     Native::PopupMenu menu;
     menu.AddItem(CopyZoomAreaId, "Copy zoom area to clipboard",
                  Native::ImageClipboard::IsAvailable());
-    menu.AddItem(SaveZoomAreaId, "Save zoom area as a PNG", host != nullptr);
+    menu.AddItem(SaveZoomAreaId, "Save zoom area as a PNG");
     int const chosen = showPopupMenu(menu, screenPointOf(p));
     if (chosen != CopyZoomAreaId && chosen != SaveZoomAreaId)
         return;
@@ -563,12 +562,11 @@ void PixelZoom::executeZoomAreaContextMenu(Point const& p)
         Native::ImageClipboard::SetImage(*area);
         return;
     }
-    if (!host)
-        return;
-    checked_value<FilePath> const path = host->AskSaveFile(
-        "Save zoom area as a PNG", String(), "Zoom.png", "PNG images (*.png)", "*.png", "png");
-    if (path && !path.Get().IsEmpty())
-        ScreenShotFromDIBitsToFile(area, path.Get(), nullptr, nullptr, false);
+    String path;
+    if (Native::FileDialog::SaveFile(GetFrame(), "Save zoom area as a PNG", "Zoom.png", "png",
+                                     path) &&
+        !path.IsEmpty())
+        ScreenShotFromDIBitsToFile(area, FilePath(path), nullptr, nullptr, false);
 }
 
 } // namespace UI
