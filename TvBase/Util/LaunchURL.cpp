@@ -1,5 +1,7 @@
 #include "TvBase/Util/LaunchURL.h"
 
+#include "TvBase/Util/detail/Spawn.h"
+
 #include <errno.h>
 #include <signal.h>
 #include <spawn.h>
@@ -10,8 +12,6 @@
 #include <thread>
 #include <vector>
 
-extern char** environ;
-
 namespace Util
 {
 
@@ -21,26 +21,8 @@ namespace
 /// Starts `arguments` (the program first, found on PATH) straight, with no shell.
 bool spawnOpener(std::vector<char const*> arguments)
 {
-    posix_spawnattr_t attributes;
-    if (posix_spawnattr_init(&attributes) != 0)
-        return false;
-    // The opener starts with no blocked signals and the default SIGPIPE, whatever this
-    // process has set for itself.
-    sigset_t none;
-    sigemptyset(&none);
-    sigset_t defaults;
-    sigemptyset(&defaults);
-    sigaddset(&defaults, SIGPIPE);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setsigdefault(&attributes, &defaults);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    int const failed = posix_spawnp(&child, arguments[0], nullptr, &attributes,
-                                    const_cast<char* const*>(arguments.data()), environ);
-    posix_spawnattr_destroy(&attributes);
-    if (failed != 0)
+    pid_t const child = detail::SpawnProgram(std::move(arguments), nullptr, true);
+    if (child < 0)
         return false;
 
     // The opener may run as long as the browser it starts: it is reaped in the background so

@@ -23,6 +23,7 @@ tv_library(tv_utilities
     TvBase/Util/TimeMeasure.cpp
     TvBase/Util/PlatformInfo.cpp
     TvBase/Util/LaunchURL.cpp
+    TvBase/Util/detail/Spawn.cpp
     TvBase/Util/SDL/ClipboardSDL.cpp
     TvBase/Util/SDL/HostAlertSDL.cpp
     TvBase/Command/CommandManager.cpp

@@ -3,6 +3,7 @@
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/Native/HostWindow.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
+#include "TvBase/Util/detail/Spawn.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -13,8 +14,6 @@
 #include <atomic>
 #include <cstdlib>
 #include <thread>
-
-extern char** environ;
 
 namespace UI
 {
@@ -54,28 +53,13 @@ Outcome runChooser(std::vector<String> const& command)
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t none;
-    sigemptyset(&none);
-    sigset_t defaults;
-    sigemptyset(&defaults);
-    sigaddset(&defaults, SIGPIPE);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setsigdefault(&attributes, &defaults);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-
-    std::vector<char*> arguments;
+    std::vector<char const*> arguments;
     for (String const& part : command)
-        arguments.push_back(const_cast<char*>(part.CStr()));
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    int const failed =
-        posix_spawn(&child, arguments[0], &actions, &attributes, arguments.data(), environ);
+        arguments.push_back(part.CStr());
+    pid_t const child = Util::detail::SpawnProgram(arguments, &actions, false);
     posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
     close(pipeEnds[1]);
-    if (failed != 0)
+    if (child < 0)
     {
         close(pipeEnds[0]);
         return outcome;

@@ -4,6 +4,7 @@
 #include "Canvas/UI/ScreenShot.h"
 #include "TvBase/Util/FolderPath.h"
 #include "TvBase/Util/SystemFolders.h"
+#include "TvBase/Util/detail/Spawn.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -17,8 +18,6 @@
 
 #include <cstdlib>
 #include <string>
-
-extern char** environ;
 
 namespace UI
 {
@@ -69,27 +68,12 @@ bool runWithInput(std::vector<String> const& command, String const& inputPath)
     posix_spawn_file_actions_addopen(&actions, 0, inputPath.CStr(), O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t none;
-    sigemptyset(&none);
-    sigset_t defaults;
-    sigemptyset(&defaults);
-    sigaddset(&defaults, SIGPIPE);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setsigdefault(&attributes, &defaults);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-
-    std::vector<char*> arguments;
+    std::vector<char const*> arguments;
     for (String const& part : command)
-        arguments.push_back(const_cast<char*>(part.CStr()));
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    int const failed =
-        posix_spawn(&child, arguments[0], &actions, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
+        arguments.push_back(part.CStr());
+    pid_t const child = Util::detail::SpawnProgram(arguments, &actions, false);
     posix_spawn_file_actions_destroy(&actions);
-    if (failed != 0)
+    if (child < 0)
         return false;
     int status = 0;
     while (waitpid(child, &status, 0) == -1)

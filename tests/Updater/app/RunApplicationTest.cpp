@@ -138,7 +138,8 @@ TEST(CommandLine, DamagedResourcesAreNamedOnStandardError)
     std::string const good =
         TestSupport::ReadFile(std::string(TV_BINARY_DIR) + "/bin/Resources/resources.resembed");
     ASSERT_GT(good.size(), 100u);
-    char const* const showWithout = "cannot show its window without \"UI/Layout/MainWindow.layout\"";
+    char const* const showWithout =
+        "cannot show its window without \"UI/Layout/MainWindow.layout\"";
     char const* const missing = "tavorin-updater: cannot start: its resources are missing";
     struct Case
     {
