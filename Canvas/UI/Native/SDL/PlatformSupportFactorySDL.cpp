@@ -9,7 +9,6 @@
 //   the run loop
 
 #include "Canvas/UI/Native/SDL/PlatformSupportFactorySDL.h"
-#include "Canvas/UI/Native/SDL/X11WakeUpGuard.h"
 
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Native/DIBSection.h"
@@ -24,6 +23,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 namespace UI
@@ -530,8 +530,13 @@ void PlatformSupportFactorySDL::DrawDIBSection(boost::shared_ptr<DIBSection> con
 
 void PlatformSupportFactorySDL::MessageOK(String const& title, String const& text)
 {
-    if (EnsureVideo() && SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_INFORMATION, title.CStr(),
-                                                  text.CStr(), nullptr) == 0)
+    // A display-less driver has no box of its own, and SDL's fallbacks would spawn a dialog
+    // program that cannot open a display either and still count as shown.
+    char const* driver = EnsureVideo() ? SDL_GetCurrentVideoDriver() : nullptr;
+    bool const onScreen = driver && std::strcmp(driver, "offscreen") != 0 &&
+                          std::strcmp(driver, "dummy") != 0;
+    if (onScreen && SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_INFORMATION, title.CStr(),
+                                             text.CStr(), nullptr) == 0)
         return;
     std::fprintf(stderr, "%s: %s\n", title.CStr(), text.CStr());
 }
