@@ -69,7 +69,7 @@ def window_manager_running(display):
     return run.returncode == 0 and "window id" in run.stdout
 
 
-def start_window_manager(display, timeout=20, config=None):
+def start_window_manager(display, timeout=60, config=None):
     """Starts openbox on `display` unless a window manager runs there already, and waits until
     it manages windows; the started process, or None when one was running. An openbox that
     does not take the display in time is ended, with a note on the error output, and the tests
