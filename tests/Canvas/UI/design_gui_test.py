@@ -172,8 +172,11 @@ class Design(unittest.TestCase):
             d.wait_until(ready, timeout=timeout)
         except tvdriver.DriverError:
             pass
-        self.assertTrue(check(last[0]), "readout %r, wanted %r" % (last[0], expected))
+        self.assertTrue(check(last[0]), "%s %r, wanted %r" % (path, last[0], expected))
         return last[0]
+
+    def readout(self, d, expected, timeout=5):
+        return self.wait_text(d, READOUT, expected, timeout=timeout)
 
     def rect(self, d, path):
         info = d.widget_info(path)
