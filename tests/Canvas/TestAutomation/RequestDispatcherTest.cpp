@@ -31,13 +31,18 @@ void echo(void* context, RPCRequestInterface* request, RPCReplyInterface* reply)
         throw 42;
 }
 
+/// A dispatcher with "echo" registered, counting its calls.
+struct RequestDispatch : ::testing::Test
+{
+    RequestDispatch() { d.Register("echo", &echo, &calls); }
+    int calls = 0;
+    RequestDispatcher d{"APP:Test", 4};
+};
+
 } // namespace
 
-TEST(RequestDispatch, CallsTheHandlerWithTextArguments)
+TEST_F(RequestDispatch, CallsTheHandlerWithTextArguments)
 {
-    int calls = 0;
-    RequestDispatcher d("APP:Test", 4);
-    d.Register("echo", &echo, &calls);
     EXPECT_EQ("{\"id\":7,\"jsonrpc\":\"2.0\",\"result\":{\"a\":\"x\",\"b\":\"12.5\",\"c\":"
               "\"true\",\"d\":\"[1]\"}}",
               d.Handle("{\"jsonrpc\":\"2.0\",\"id\":7,\"method\":\"echo\",\"params\":{\"a\":"
@@ -50,11 +55,8 @@ TEST(RequestDispatch, CallsTheHandlerWithTextArguments)
               d.Handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"getServerInfo\"}"));
 }
 
-TEST(RequestDispatch, ReportsHandlerErrorsWithTheirText)
+TEST_F(RequestDispatch, ReportsHandlerErrorsWithTheirText)
 {
-    int calls = 0;
-    RequestDispatcher d("", 4);
-    d.Register("echo", &echo, &calls);
     EXPECT_EQ("{\"error\":{\"code\":-32000,\"message\":\"Widget not found\"},\"id\":3,"
               "\"jsonrpc\":\"2.0\"}",
               d.Handle("{\"jsonrpc\":\"2.0\",\"id\":3,\"method\":\"echo\",\"params\":{\"a\":\"x\","
@@ -65,37 +67,34 @@ TEST(RequestDispatch, ReportsHandlerErrorsWithTheirText)
         d.Handle("{\"jsonrpc\":\"2.0\",\"id\":4,\"method\":\"echo\",\"params\":{\"throw\":1}}"));
 }
 
-TEST(RequestDispatch, AnswersBadRequestsWithProtocolErrors)
+TEST_F(RequestDispatch, AnswersBadRequestsWithProtocolErrors)
 {
-    int calls = 0;
-    RequestDispatcher d("", 4);
-    d.Register("echo", &echo, &calls);
     auto code = [&](std::string const& line)
     {
         std::string const reply = d.Handle(line);
         std::size_t const at = reply.find("\"code\":");
         return at == std::string::npos ? 0 : std::stoi(reply.substr(at + 7));
     };
-    EXPECT_EQ(-32700, code("{\"jsonrpc\":"));
-    EXPECT_EQ(-32700, code("\xFF"));
-    EXPECT_EQ(-32600, code("[1,2]"));
-    EXPECT_EQ(-32600, code("\"echo\""));
-    EXPECT_EQ(-32600, code("{\"id\":1,\"method\":\"echo\"}")); // no version
-    EXPECT_EQ(-32600, code("{\"jsonrpc\":\"1.0\",\"id\":1,\"method\":\"echo\"}"));
-    EXPECT_EQ(-32600, code("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":5}"));
-    EXPECT_EQ(-32600, code("{\"jsonrpc\":\"2.0\",\"id\":{},\"method\":\"echo\"}"));
-    EXPECT_EQ(-32601, code("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"nothing\"}"));
-    EXPECT_EQ(-32602, code("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"echo\",\"params\":[1]}"));
+    // The fourth has no version.
+    for (auto const& c :
+         {std::make_pair(-32700, "{\"jsonrpc\":"),
+          {-32700, "\xFF"},
+          {-32600, "[1,2]"},
+          {-32600, "\"echo\""},
+          {-32600, "{\"id\":1,\"method\":\"echo\"}"},
+          {-32600, "{\"jsonrpc\":\"1.0\",\"id\":1,\"method\":\"echo\"}"},
+          {-32600, "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":5}"},
+          {-32600, "{\"jsonrpc\":\"2.0\",\"id\":{},\"method\":\"echo\"}"},
+          {-32601, "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"nothing\"}"},
+          {-32602, "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"echo\",\"params\":[1]}"}})
+        EXPECT_EQ(c.first, code(c.second)) << c.second;
     EXPECT_EQ(0, calls);
     EXPECT_NE(std::string::npos,
               d.Handle("{\"jsonrpc\":\"2.0\",\"id\":9,\"method\":\"nothing\"}").find("\"id\":9"));
 }
 
-TEST(RequestDispatch, CarriesOutNotificationsWithoutReplying)
+TEST_F(RequestDispatch, CarriesOutNotificationsWithoutReplying)
 {
-    int calls = 0;
-    RequestDispatcher d("", 4);
-    d.Register("echo", &echo, &calls);
     EXPECT_EQ("", d.Handle("{\"jsonrpc\":\"2.0\",\"method\":\"echo\",\"params\":{\"a\":\"1\"}}"));
     EXPECT_EQ("", d.Handle("{\"jsonrpc\":\"2.0\",\"method\":\"unknown\"}"));
     EXPECT_EQ(1, calls);
@@ -104,21 +103,18 @@ TEST(RequestDispatch, CarriesOutNotificationsWithoutReplying)
               d.Handle("{\"jsonrpc\":\"2.0\",\"id\":null,\"method\":\"echo\"}"));
 }
 
-TEST(RequestDispatch, RegistrationReplacesAndRemoves)
+TEST_F(RequestDispatch, RegistrationReplacesAndRemoves)
 {
-    int first = 0;
     int second = 0;
-    RequestDispatcher d("", 4);
-    d.Register("echo", &echo, &first);
     d.Register("echo", &echo, &second);
     d.Handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"echo\"}");
-    EXPECT_EQ(0, first);
+    EXPECT_EQ(0, calls);
     EXPECT_EQ(1, second);
     d.Register("echo", nullptr, nullptr);
     EXPECT_FALSE(d.IsRegistered("echo"));
 }
 
-TEST(RequestDispatch, NoticeLinesCarryKindAndTexts)
+TEST(RequestDispatchNotice, NoticeLinesCarryKindAndTexts)
 {
     char const* texts[] = {"Updater Main Window", "0x1f", nullptr};
     EXPECT_EQ("{\"jsonrpc\":\"2.0\",\"method\":\"notice\",\"params\":{\"kind\":\"Show\",\"texts\":["

@@ -55,6 +55,11 @@ struct MessageCatcher
     Messages messages;
 };
 
+bool has(std::string const& text, std::string const& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
 void useModule(char const* path)
 {
     setenv("TV_TEST_AUTOMATION_MODULE", path, 1);
@@ -164,6 +169,16 @@ struct Bridge : ::testing::Test
         return client->Call("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"" + method +
                                 "\",\"params\":" + params + "}",
                             &TestAutomationInterface::RequestCheck);
+    }
+
+    std::string info(std::string const& widget)
+    {
+        return call("getWidgetInfo", "{\"widget\":\"" + widget + "\"}");
+    }
+
+    std::string app(std::string const& request)
+    {
+        return call("appAutomationRequest", "{\"req\":\"" + request + "\"}");
     }
 
     static std::string result(std::string const& body)
@@ -286,25 +301,23 @@ TEST_F(Bridge, WidgetPathsWalkNamesAndIndices)
                      "\"height\":\"10\",\"hierarchy\":\"Test Main Window|Panel|Row[1]|Cell\","
                      "\"value\":\"42\",\"visible\":\"true\",\"width\":\"30\",\"x\":\"51\","
                      "\"y\":\"40\"}"),
-              call("getWidgetInfo", "{\"widget\":\"Test Main Window|Panel|Row[1]|Cell\"}"));
+              info("Test Main Window|Panel|Row[1]|Cell"));
     // Without an index the first of the equally named rows; "[0]" is the same one.
-    EXPECT_NE(std::string::npos,
-              call("getWidgetInfo", "{\"widget\":\"Test Main Window|Panel|Row|Cell\"}")
-                  .find("\"x\":\"50\""));
-    EXPECT_NE(std::string::npos,
-              call("getWidgetInfo", "{\"widget\":\"Test Main Window|Panel|Row[0]|Cell[0]\"}")
-                  .find("\"hierarchy\":\"Test Main Window|Panel|Row[0]|Cell[0]\""));
+    EXPECT_TRUE(has(info("Test Main Window|Panel|Row|Cell"), "\"x\":\"50\""));
+    EXPECT_TRUE(has(info("Test Main Window|Panel|Row[0]|Cell[0]"),
+                    "\"hierarchy\":\"Test Main Window|Panel|Row[0]|Cell[0]\""));
     // A hidden ancestor makes the window invisible.
-    EXPECT_NE(std::string::npos,
-              call("getWidgetInfo", "{\"widget\":\"Test Main Window|Panel|Row[2]|Cell\"}")
-                  .find("\"visible\":\"false\""));
+    EXPECT_TRUE(has(info("Test Main Window|Panel|Row[2]|Cell"), "\"visible\":\"false\""));
     // A plain window reports its class and nothing of a widget.
     EXPECT_EQ(result("{\"classname\":\"Window\",\"enabled\":\"true\",\"focus\":\"false\","
                      "\"height\":\"0\",\"hierarchy\":\"Second\",\"visible\":\"true\","
                      "\"width\":\"0\",\"x\":\"0\",\"y\":\"0\"}"),
-              call("getWidgetInfo", "{\"widget\":\"Second\"}"));
-    EXPECT_NE(std::string::npos, call("getWidgetInfo", "{\"widget\":\"Test Main Window\"}")
-                                     .find("\"classname\":\"ApplicationMainWindow\""));
+              info("Second"));
+    EXPECT_TRUE(has(info("Test Main Window"), "\"classname\":\"ApplicationMainWindow\""));
+    // Tool tips tell their text.
+    UI::ToolTip* tip = new UI::ToolTip(frame.get(), main, "Tip");
+    tip->SetText("Spring sale");
+    EXPECT_TRUE(has(info("Test Main Window|Tip"), "\"text\":\"Spring sale\""));
 }
 
 TEST_F(Bridge, UnknownPathsAndMissingArgumentsAnswerWithErrors)
@@ -326,17 +339,16 @@ TEST_F(Bridge, UnknownPathsAndMissingArgumentsAnswerWithErrors)
 TEST_F(Bridge, HandlersCheckForTheCanvasAndAMainWindow)
 {
     TestAutomationInterface::SetCanvas(nullptr);
-    EXPECT_EQ(error("m_pCanvas is NULL"), call("getWidgetInfo", "{\"widget\":\"Second\"}"));
+    EXPECT_EQ(error("m_pCanvas is NULL"), info("Second"));
     EXPECT_EQ(error("m_pCanvas is NULL"), call("getMetaDataTags"));
     TestAutomationInterface::SetCanvas(&canvas);
     TestAutomationInterface::SetAppMainWindow(nullptr);
-    EXPECT_EQ(error("m_pAppMainWin is NULL"), call("getWidgetInfo", "{\"widget\":\"Second\"}"));
+    EXPECT_EQ(error("m_pAppMainWin is NULL"), info("Second"));
     // A plug-in main window is enough for the window requests, not for the application's.
     PluginWindow* plugin = new PluginWindow(frame.get());
     TestAutomationInterface::SetMainPluginWindow(plugin);
-    EXPECT_NE(std::string::npos, call("getWidgetInfo", "{\"widget\":\"Second\"}").find("result"));
-    EXPECT_EQ(error("No ApplicationMainWindow has been registered"),
-              call("appAutomationRequest", "{\"req\":\"x\"}"));
+    EXPECT_TRUE(has(info("Second"), "result"));
+    EXPECT_EQ(error("No ApplicationMainWindow has been registered"), app("x"));
     EXPECT_EQ(error("No ApplicationMainWindow has been registered"),
               call("executeConsoleCommand", "{\"command\":\"x\"}"));
     TestAutomationInterface::SetMainPluginWindow(nullptr);
@@ -352,21 +364,19 @@ TEST_F(Bridge, WindowRequestsReachTheWindow)
               call("windowAutomationRequest", "{" + cell + ",\"request\":\"Click\"}"));
     EXPECT_EQ(1, cells[1]->clicks);
     EXPECT_EQ(0, cells[0]->clicks);
-    EXPECT_NE(std::string::npos,
-              call("windowAutomationRequest", "{" + cell + ",\"request\":\"Echo\",\"extra\":7}")
-                  .find("\"extra\":\"7\""));
-    EXPECT_NE(std::string::npos,
-              call("windowAutomationRequest", "{" + cell + ",\"request\":\"Dance\"}")
-                  .find("\"Handled\":\"false\""));
+    EXPECT_TRUE(
+        has(call("windowAutomationRequest", "{" + cell + ",\"request\":\"Echo\",\"extra\":7}"),
+            "\"extra\":\"7\""));
+    EXPECT_TRUE(has(call("windowAutomationRequest", "{" + cell + ",\"request\":\"Dance\"}"),
+                    "\"Handled\":\"false\""));
 
     call("dualListBoxEnsureVis", "{" + cell + ",\"item\":\"Beta\",\"leftSide\":\"true\"}");
     EXPECT_EQ("EnsureVisible:Beta:L", cells[1]->last);
     call("dualListBoxEnsureVis", "{" + cell + ",\"item\":\"Beta\",\"leftSide\":\"0\"}");
     EXPECT_EQ("EnsureVisible:Beta:R", cells[1]->last);
 
-    EXPECT_NE(std::string::npos,
-              call("fileExplorerViewEnsureVis", "{" + cell + ",\"item\":\"a.txt\"}")
-                  .find("\"x\":\"3\",\"y\":\"4\""));
+    EXPECT_TRUE(has(call("fileExplorerViewEnsureVis", "{" + cell + ",\"item\":\"a.txt\"}"),
+                    "\"x\":\"3\",\"y\":\"4\""));
     EXPECT_EQ(error("The selection 'missing' was not found"),
               call("fileExplorerViewEnsureVis", "{" + cell + ",\"item\":\"missing\"}"));
     EXPECT_EQ(error("fileExplorerViewEnsureVis could not find the right control"),
@@ -376,12 +386,10 @@ TEST_F(Bridge, WindowRequestsReachTheWindow)
 TEST_F(Bridge, ApplicationRequestsReadAndWriteSettings)
 {
     EXPECT_EQ(result("{\"Handled\":\"true\",\"value\":\"on\"}"),
-              call("appAutomationRequest", "{\"req\":\"SetConfigFileProperty|Mode|on\"}"));
+              app("SetConfigFileProperty|Mode|on"));
     EXPECT_EQ(String("on"), config.GetString("Mode"));
-    EXPECT_EQ(result("{\"Handled\":\"true\",\"value\":\"on\"}"),
-              call("appAutomationRequest", "{\"req\":\"GetConfigFileProperty|Mode\"}"));
-    EXPECT_EQ(result("{\"Handled\":\"false\"}"),
-              call("appAutomationRequest", "{\"req\":\"SomethingElse|1\"}"));
+    EXPECT_EQ(result("{\"Handled\":\"true\",\"value\":\"on\"}"), app("GetConfigFileProperty|Mode"));
+    EXPECT_EQ(result("{\"Handled\":\"false\"}"), app("SomethingElse|1"));
     EXPECT_EQ(result("{}"), call("executeConsoleCommand", "{\"command\":\"quit\"}"));
 
     PluginWindow* plugin = new PluginWindow(frame.get());
@@ -391,8 +399,7 @@ TEST_F(Bridge, ApplicationRequestsReadAndWriteSettings)
     EXPECT_EQ(result("{\"Handled\":\"true\"}"),
               call("pluginAutomationRequest", "{\"req\":\"Ping\"}"));
     // The plug-in window doesn't know the settings requests: the application's window answers.
-    EXPECT_EQ(result("{\"Handled\":\"true\",\"value\":\"on\"}"),
-              call("appAutomationRequest", "{\"req\":\"GetConfigFileProperty|Mode\"}"));
+    EXPECT_EQ(result("{\"Handled\":\"true\",\"value\":\"on\"}"), app("GetConfigFileProperty|Mode"));
     EXPECT_EQ(result("{}"), call("getMetaDataTags"));
 }
 
@@ -412,7 +419,7 @@ TEST_F(Bridge, ApplicationRequestSavesAFramesBitmap)
     std::string const request = "SaveScreenShot|" + folder.Path() + "/shot";
     EXPECT_EQ(result("{\"Handled\":\"true\",\"hierarchy\":\"Painted\",\"path\":\"" + folder.Path() +
                      "/shot.png\"}"),
-              call("appAutomationRequest", "{\"req\":\"" + request + "|Painted\"}"));
+              app(request + "|Painted"));
     std::string const file = TestSupport::ReadFile(folder.Path() + "/shot.png");
     boost::shared_ptr<UI::DIBits> back = UI::Media::GetPNGBits(
         unsigned(file.size()), reinterpret_cast<unsigned char const*>(file.data()), 0.0f);
@@ -422,24 +429,12 @@ TEST_F(Bridge, ApplicationRequestSavesAFramesBitmap)
     EXPECT_EQ(0xFFFF0000u, back->GetPixels()[back->GetStride() + 2]);
 
     // The main window's own frame has no bitmap of its own here.
-    EXPECT_EQ(error("The frame has no bitmap"),
-              call("appAutomationRequest", "{\"req\":\"" + request + "\"}"));
-    EXPECT_EQ(error("Widget not found"),
-              call("appAutomationRequest", "{\"req\":\"" + request + "|Nowhere\"}"));
-    EXPECT_EQ(error("SaveScreenShot needs a file name"),
-              call("appAutomationRequest", "{\"req\":\"SaveScreenShot\"}"));
+    EXPECT_EQ(error("The frame has no bitmap"), app(request));
+    EXPECT_EQ(error("Widget not found"), app(request + "|Nowhere"));
+    EXPECT_EQ(error("SaveScreenShot needs a file name"), app("SaveScreenShot"));
     EXPECT_EQ(error("Could not write /nonexistent-folder/shot.png"),
-              call("appAutomationRequest",
-                   "{\"req\":\"SaveScreenShot|/nonexistent-folder/shot.png|Painted\"}"));
+              app("SaveScreenShot|/nonexistent-folder/shot.png|Painted"));
     painted.reset();
-}
-
-TEST_F(Bridge, ToolTipsTellTheirText)
-{
-    UI::ToolTip* tip = new UI::ToolTip(frame.get(), main, "Tip");
-    tip->SetText("Spring sale");
-    EXPECT_NE(std::string::npos, call("getWidgetInfo", "{\"widget\":\"Test Main Window|Tip\"}")
-                                     .find("\"text\":\"Spring sale\""));
 }
 
 TEST_F(Bridge, NoticesFollowWindowsInputAndSentries)
@@ -494,7 +489,7 @@ TEST_F(Bridge, NoticesFollowWindowsInputAndSentries)
 
 TEST_F(Bridge, StoppingClosesTheDriversConnection)
 {
-    EXPECT_NE(std::string::npos, call("getServerInfo").find("\"name\":\"APP:Test\""));
+    EXPECT_TRUE(has(call("getServerInfo"), "\"name\":\"APP:Test\""));
     TestAutomationInterface::Stop();
     EXPECT_TRUE(client->WaitForClose([] {}));
     EXPECT_FALSE(TestAutomationInterface::IsRunning());

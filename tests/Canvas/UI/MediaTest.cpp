@@ -119,68 +119,55 @@ std::vector<png_color> rainbow(unsigned int count)
 
 } // namespace
 
-TEST(PngDecoding, GreyAtEveryDepthFillsThreeChannelsOpaque)
+TEST(PngDecoding, EveryColorTypeAndDepthDecodesAsTheReference)
 {
-    for (int depth : {1, 2, 4, 8, 16})
-        expectDecodesAsReference(gradient(PNG_COLOR_TYPE_GRAY, depth, 7, 5), false);
-}
-
-TEST(PngDecoding, GreyWithAlphaKeepsAlphaAtBothDepths)
-{
-    for (int depth : {8, 16})
-        expectDecodesAsReference(gradient(PNG_COLOR_TYPE_GRAY_ALPHA, depth, 6, 4), true);
-}
-
-TEST(PngDecoding, GreyWithTransparentKeyBecomesAlpha)
-{
-    PngSample sample = gradient(PNG_COLOR_TYPE_GRAY, 8, 5, 3);
-    sample.greyKey = true;
-    sample.key = sample.samples[4];
-    expectDecodesAsReference(sample, true);
-}
-
-TEST(PngDecoding, PaletteAtEveryDepthGivesItsColors)
-{
-    for (int depth : {1, 2, 4, 8})
+    // Grey fills three channels opaque; palettes give their colors.
+    struct Case
     {
-        PngSample sample = gradient(PNG_COLOR_TYPE_PALETTE, depth, 9, 4);
-        sample.palette = rainbow(1u << depth);
-        expectDecodesAsReference(sample, false);
-    }
-}
+        int type;
+        std::vector<int> depths;
+        unsigned int width, height;
+        bool alpha;
+    } const cases[] = {
+        {PNG_COLOR_TYPE_GRAY, {1, 2, 4, 8, 16}, 7, 5, false},
+        {PNG_COLOR_TYPE_GRAY_ALPHA, {8, 16}, 6, 4, true},
+        {PNG_COLOR_TYPE_PALETTE, {1, 2, 4, 8}, 9, 4, false},
+        {PNG_COLOR_TYPE_RGB, {8, 16}, 5, 6, false},
+        {PNG_COLOR_TYPE_RGB_ALPHA, {8, 16}, 5, 6, true},
+    };
+    for (Case const& c : cases)
+        for (int depth : c.depths)
+        {
+            PngSample sample = gradient(c.type, depth, c.width, c.height);
+            if (c.type == PNG_COLOR_TYPE_PALETTE)
+                sample.palette = rainbow(1u << depth);
+            expectDecodesAsReference(sample, c.alpha);
+        }
 
-TEST(PngDecoding, PaletteWithTransparencyGivesAlphaPerEntry)
-{
-    PngSample sample = gradient(PNG_COLOR_TYPE_PALETTE, 8, 8, 8);
-    sample.palette = rainbow(256);
-    for (int i = 0; i < 10; ++i) // fewer entries than colors: the rest stay opaque
-        sample.paletteAlpha.push_back(png_byte(i * 25));
-    expectDecodesAsReference(sample, true);
-}
+    // A grey with a transparent key gets alpha.
+    PngSample keyed = gradient(PNG_COLOR_TYPE_GRAY, 8, 5, 3);
+    keyed.greyKey = true;
+    keyed.key = keyed.samples[4];
+    expectDecodesAsReference(keyed, true);
 
-TEST(PngDecoding, RgbAndRgbaAtEightAndSixteenBits)
-{
-    for (int depth : {8, 16})
-    {
-        expectDecodesAsReference(gradient(PNG_COLOR_TYPE_RGB, depth, 5, 6), false);
-        expectDecodesAsReference(gradient(PNG_COLOR_TYPE_RGB_ALPHA, depth, 5, 6), true);
-    }
-}
+    // Palette transparency gives alpha per entry; with fewer entries than colors the rest stay
+    // opaque.
+    PngSample clear = gradient(PNG_COLOR_TYPE_PALETTE, 8, 8, 8);
+    clear.palette = rainbow(256);
+    for (int i = 0; i < 10; ++i)
+        clear.paletteAlpha.push_back(png_byte(i * 25));
+    expectDecodesAsReference(clear, true);
 
-TEST(PngDecoding, InterlacedImagesDecodeLikePlainOnes)
-{
-    PngSample sample = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 13, 11);
-    sample.interlaced = true;
-    expectDecodesAsReference(sample, true);
-}
+    // Interlaced images decode like plain ones.
+    PngSample interlaced = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 13, 11);
+    interlaced.interlaced = true;
+    expectDecodesAsReference(interlaced, true);
 
-TEST(PngDecoding, OpaqueRgbaAndGreyAlphaHaveNoAlpha)
-{
+    // Opaque RGBA and grey-alpha have no alpha.
     PngSample rgba = gradient(PNG_COLOR_TYPE_RGB_ALPHA, 8, 4, 4);
     for (std::size_t i = 3; i < rgba.samples.size(); i += 4)
         rgba.samples[i] = 255;
     expectDecodesAsReference(rgba, false);
-
     PngSample grey = gradient(PNG_COLOR_TYPE_GRAY_ALPHA, 16, 4, 4);
     for (std::size_t i = 1; i < grey.samples.size(); i += 2)
         grey.samples[i] = 0xFFFF;
@@ -315,7 +302,7 @@ protected:
 
 } // namespace
 
-TEST_F(PngCache, SharesOneDecodeByNameWhileSomeoneHoldsIt)
+TEST_F(PngCache, SharesDecodesByNameAndGammaWhileSomeoneHoldsThem)
 {
     folder.Write("button.png", MakePng(gradient(PNG_COLOR_TYPE_RGB, 8, 6, 6)));
     boost::shared_ptr<UI::DIBits> first = UI::Media::GetPNGBits("button.png", true, 0.0f);
@@ -335,10 +322,8 @@ TEST_F(PngCache, SharesOneDecodeByNameWhileSomeoneHoldsIt)
     boost::shared_ptr<UI::DIBits> again = UI::Media::GetPNGBits("button.png", true, 0.0f);
     ASSERT_TRUE(again);
     EXPECT_EQ(UI::Media::GetPNGBits("button.png", true, 0.0f), again);
-}
 
-TEST_F(PngCache, AnotherGammaReplacesTheEntryAndOldHoldersKeepTheirs)
-{
+    // Another gamma replaces the entry; old holders keep theirs.
     PngSample sample = gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4);
     folder.Write("knob.png", MakePng(sample));
     boost::shared_ptr<UI::DIBits> plain = UI::Media::GetPNGBits("knob.png", true, 0.0f);
@@ -351,20 +336,16 @@ TEST_F(PngCache, AnotherGammaReplacesTheEntryAndOldHoldersKeepTheirs)
     EXPECT_NE(plainAgain, plain);
     EXPECT_EQ(pixel(*plain, 1, 1), expectedPixel(sample, 5));
     EXPECT_EQ(pixel(*plainAgain, 1, 1), expectedPixel(sample, 5));
-}
 
-TEST_F(PngCache, CachedBitsAreServedWithoutTheFile)
-{
+    // Bits put in the cache are served without a file.
     boost::shared_ptr<UI::DIBits> made =
         UI::CreateDIBits(UI::Size(2, 2), checked_value<unsigned int>(0xFF123456u));
     UI::Media::CachePNGBits("made-up.png", made, 0.0f);
     EXPECT_EQ(UI::Media::GetPNGBits("made-up.png", true, 0.0f), made);
     // Another gamma isn't in the cache, and there is no file to decode.
     EXPECT_FALSE(UI::Media::GetPNGBits("made-up.png", true, 0.3f));
-}
 
-TEST_F(PngCache, MissingAndDamagedResourcesGiveNothing)
-{
+    // Missing and damaged resources give nothing.
     EXPECT_FALSE(UI::Media::GetPNGBits("no-such-image.png", true, 0.0f));
     folder.Write("broken.png", MakePng(gradient(PNG_COLOR_TYPE_RGB, 8, 4, 4)).substr(0, 40));
     EXPECT_FALSE(UI::Media::GetPNGBits("broken.png", true, 0.0f));

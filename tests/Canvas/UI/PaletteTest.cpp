@@ -27,7 +27,7 @@ std::vector<String> keysOf(void (UI::Palette::*getKeys)(std::vector<String>&) co
 
 } // namespace
 
-TEST(Palette, KeysNeverSetAreUnsetNotZero)
+TEST(Palette, KeysNeverSetAreUnsetNotZeroAndSettersWorkByKind)
 {
     UI::Palette palette;
     EXPECT_FALSE(static_cast<bool>(palette.GetColor("Text")));
@@ -45,19 +45,13 @@ TEST(Palette, KeysNeverSetAreUnsetNotZero)
     // Kinds are separate tables.
     EXPECT_FALSE(palette.HasAlpha("Text"));
     EXPECT_FALSE(palette.HasColor("Zero"));
-}
 
-TEST(Palette, SettersInsertOverwriteAndEraseByKind)
-{
-    UI::Palette palette;
+    // Setters insert, overwrite and erase by kind.
     palette.SetColor("B", 0xFF000001u);
     palette.SetColor("A", 0xFF000002u);
     palette.SetColor("B", 0x80000003u);
     EXPECT_EQ(0x80000003u, *palette.GetColor("B"));
-    std::vector<String> colors = keysOf(&UI::Palette::GetColorKeys, palette);
-    ASSERT_EQ(2u, colors.size());
-    EXPECT_EQ(String("A"), colors[0]);
-    EXPECT_EQ(String("B"), colors[1]);
+    EXPECT_EQ((std::vector<String>{"A", "B", "Text"}), keysOf(&UI::Palette::GetColorKeys, palette));
 
     palette.SetAlpha("Shade", 10);
     palette.SetAlpha("Shade", 200);
@@ -73,13 +67,11 @@ TEST(Palette, SettersInsertOverwriteAndEraseByKind)
     palette.SetInt("Margin", -2);
     palette.SetInt("Radius", checked_value<int>());
     EXPECT_FALSE(palette.HasInt("Radius"));
-    std::vector<String> ints = keysOf(&UI::Palette::GetIntKeys, palette);
-    ASSERT_EQ(1u, ints.size());
-    EXPECT_EQ(String("Margin"), ints[0]);
+    EXPECT_EQ((std::vector<String>{"Margin", "Zero"}), keysOf(&UI::Palette::GetIntKeys, palette));
 
     // Erasing a key that isn't there is harmless.
     palette.SetInt("Never", checked_value<int>());
-    EXPECT_EQ(1u, keysOf(&UI::Palette::GetIntKeys, palette).size());
+    EXPECT_EQ(2u, keysOf(&UI::Palette::GetIntKeys, palette).size());
 }
 
 TEST(Palette, MakePixelPacksFourBytes)
@@ -155,7 +147,7 @@ std::string plistFile(char const* domain)
 
 } // namespace
 
-TEST(CustomPalette, SaveWritesEveryKindUnderTheSection)
+TEST(CustomPalette, SaveWritesEveryKindUnderTheSectionAndClearTakesItAway)
 {
     UI::Canvas canvas("SavePalette");
     canvas.SetPaletteColor("Text", 0xFFFF0000u);
@@ -179,6 +171,17 @@ TEST(CustomPalette, SaveWritesEveryKindUnderTheSection)
     std::string file = TestSupport::ReadFile(plistFile("com.tavorin.palette-save"));
     EXPECT_NE(std::string::npos, file.find("Color.Text"));
     EXPECT_NE(std::string::npos, file.find("#FF0000"));
+
+    // Clearing removes the palette's values but leaves the rest, and the palette in memory.
+    config.SetString("Palette/Note", "kept");
+    UI::PaletteEditor::ClearCustomPalette(&config, "Palette/CustomPaletteEnable", "Palette");
+    EXPECT_FALSE(config.GetBool("Palette/CustomPaletteEnable", true));
+    std::vector<String> names;
+    config.GetValueNames(names, "Palette");
+    EXPECT_EQ((std::vector<String>{"CustomPaletteEnable", "Note"}), names);
+    EXPECT_EQ(0xFFFF0000u, *canvas.GetPaletteColor("Text"));
+    EXPECT_EQ(-3, *canvas.GetPaletteInt("Radius"));
+    EXPECT_FALSE(UI::PaletteEditor::LoadCustomPalette(&canvas, &config));
 }
 
 TEST(CustomPalette, LoadReadsOnlyWhenEnabledAndOnlyKnownPrefixes)
@@ -232,27 +235,4 @@ TEST(CustomPalette, SaveThenLoadRoundTripsThroughASecondCanvas)
     EXPECT_EQ(0, *second.GetPaletteAlpha("Disabled"));
     EXPECT_FALSE(*second.GetPaletteBool("Rounded"));
     EXPECT_EQ(2147483647, *second.GetPaletteInt("Inset"));
-}
-
-TEST(CustomPalette, ClearRemovesPaletteValuesButLeavesTheRest)
-{
-    Util::ConfigFile config("com.tavorin.palette-clear");
-    UI::Canvas canvas("ClearPalette");
-    canvas.SetPaletteColor("Text", 0xFF123456u);
-    canvas.SetPaletteInt("Radius", 5);
-    UI::PaletteEditor::SaveCustomPalette(&canvas, &config, "Palette/CustomPaletteEnable",
-                                         "Palette");
-    config.SetString("Palette/Note", "kept");
-
-    UI::PaletteEditor::ClearCustomPalette(&config, "Palette/CustomPaletteEnable", "Palette");
-    EXPECT_FALSE(config.GetBool("Palette/CustomPaletteEnable", true));
-    std::vector<String> names;
-    config.GetValueNames(names, "Palette");
-    ASSERT_EQ(2u, names.size());
-    EXPECT_EQ(String("CustomPaletteEnable"), names[0]);
-    EXPECT_EQ(String("Note"), names[1]);
-    // The palette in memory is untouched.
-    EXPECT_EQ(0xFF123456u, *canvas.GetPaletteColor("Text"));
-    EXPECT_EQ(5, *canvas.GetPaletteInt("Radius"));
-    EXPECT_FALSE(UI::PaletteEditor::LoadCustomPalette(&canvas, &config));
 }

@@ -10,6 +10,7 @@
 #include "TvBase/Util/Clipboard.h"
 #include "TvBase/Util/ConfigFile.h"
 #include "tests/Canvas/UI/support/ButtonTestSupport.h"
+#include "tests/TvBase/Util/detail/TempConfigHome.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -376,53 +377,54 @@ TEST_F(PixelZoomTest, ReadoutAndCopyForms)
     EXPECT_EQ(String(forms[4]), Util::Clipboard::GetString(nullptr, 0));
 }
 
-/// The zoom area goes to the clipboard tool as a PNG of the source area. A stand-in `xclip` on
-/// PATH keeps what it is given.
-TEST_F(PixelZoomTest, ZoomAreaMenuCopiesAPng)
+/// The zoom area goes to the clipboard tool as a PNG of the source area, or is saved through
+/// the save dialog. A stand-in `xclip` on PATH keeps what it is given; a stand-in `zenity`
+/// answers with a path chosen in advance.
+TEST_F(PixelZoomTest, ZoomAreaMenuCopiesAndSavesAPng)
 {
     TestSupport::TempFolder folder("tv-pixel-zoom");
     std::string const received = folder.Path() + "/received.png";
-    std::string const tool = folder.Path() + "/xclip";
-    {
-        std::ofstream script(tool);
-        script << "#!/bin/sh\n/bin/cat > '" << received << "'\n";
-    }
-    chmod(tool.c_str(), 0755);
-    std::string const oldPath = std::getenv("PATH") ? std::getenv("PATH") : "";
-    char const* oldDisplay = std::getenv("DISPLAY");
-    std::string const savedDisplay = oldDisplay ? oldDisplay : "";
-    char const* oldWayland = std::getenv("WAYLAND_DISPLAY");
-    std::string const savedWayland = oldWayland ? oldWayland : "";
-    setenv("PATH", folder.Path().c_str(), 1);
-    setenv("DISPLAY", ":77", 1);
-    unsetenv("WAYLAND_DISPLAY");
-
+    folder.Write("bin/xclip", "#!/bin/sh\n/bin/cat > '" + received + "'\n");
+    folder.Write("bin/zenity", "#!/bin/sh\necho '" + folder.Path() + "/zoomed'\n");
+    for (char const* tool : {"/bin/xclip", "/bin/zenity"})
+        ASSERT_EQ(0, ::chmod((folder.Path() + tool).c_str(), 0755));
     MouseOverSource(Point(150, 100));
     Paint();
-    zoom->choice = 0;
-    EXPECT_TRUE(panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(140, 90)), 0, 0));
-    setenv("PATH", oldPath.c_str(), 1);
-    if (oldWayland)
-        setenv("WAYLAND_DISPLAY", savedWayland.c_str(), 1);
-    if (oldDisplay)
-        setenv("DISPLAY", savedDisplay.c_str(), 1);
-    else
-        unsetenv("DISPLAY");
-
+    {
+        TestSupport::ScopedEnv path("PATH", (folder.Path() + "/bin").c_str());
+        TestSupport::ScopedEnv display("DISPLAY", ":77");
+        TestSupport::ScopedEnv wayland("WAYLAND_DISPLAY", nullptr);
+        zoom->choice = 0;
+        EXPECT_TRUE(
+            panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(140, 90)), 0, 0));
+    }
     ASSERT_EQ(2u, zoom->captions.size());
     EXPECT_EQ(String("Copy zoom area to clipboard"), zoom->captions[0]);
     EXPECT_EQ(String("Save zoom area as a PNG"), zoom->captions[1]);
     EXPECT_TRUE(zoom->enabled[0]);
-
     ExpectPngOfSourceArea(received);
 
     // Without a tool the entry is offered disabled.
-    setenv("PATH", "/nonexistent", 1);
-    zoom->choice = UI::Native::PopupMenu::None;
-    panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(140, 90)), 0, 0);
-    setenv("PATH", oldPath.c_str(), 1);
+    {
+        TestSupport::ScopedEnv path("PATH", "/nonexistent");
+        zoom->choice = UI::Native::PopupMenu::None;
+        panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(140, 90)), 0, 0);
+    }
     ASSERT_EQ(2u, zoom->enabled.size());
     EXPECT_FALSE(zoom->enabled[0]);
+
+    // Saving writes the PNG where the dialog said.
+    MouseOverSource(Point(20, 180));
+    Paint();
+    {
+        std::string const oldPath = std::getenv("PATH") ? std::getenv("PATH") : "";
+        TestSupport::ScopedEnv path("PATH", (folder.Path() + "/bin:" + oldPath).c_str());
+        zoom->choice = 1;
+        panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(20, 180)), 0, 0);
+    }
+    ASSERT_EQ(2u, zoom->enabled.size());
+    EXPECT_TRUE(zoom->enabled[1]);
+    ExpectPngOfSourceArea(folder.Path() + "/zoomed.png");
 }
 
 TEST_F(PixelZoomTest, WheelChangesTheFactorByThreeANotch)
@@ -448,29 +450,6 @@ TEST_F(PixelZoomTest, WheelChangesTheFactorByThreeANotch)
     }
     // The factor is kept in the settings.
     EXPECT_FLOAT_EQ(32.0f, config.GetFloat("PixelZoomFactor", 0.0f));
-}
-
-} // namespace
-
-namespace
-{
-
-TEST_F(PixelZoomTest, SaveZoomAreaWritesThePng)
-{
-    // The save dialog is a stand-in `zenity` on PATH that answers with a path chosen in advance.
-    TestSupport::TempFolder folder("tv-pixel-zoom-save");
-    folder.Write("bin/zenity", "#!/bin/sh\necho '" + folder.Path() + "/zoomed'\n");
-    ASSERT_EQ(0, ::chmod((folder.Path() + "/bin/zenity").c_str(), 0755));
-    std::string const oldPath = std::getenv("PATH") ? std::getenv("PATH") : "";
-    setenv("PATH", (folder.Path() + "/bin:" + oldPath).c_str(), 1);
-    MouseOverSource(Point(20, 180));
-    Paint();
-    zoom->choice = 1;
-    panel->HandleMouseMessage(UI::MouseRightPress, BlockCentre(Point(20, 180)), 0, 0);
-    setenv("PATH", oldPath.c_str(), 1);
-    ASSERT_EQ(2u, zoom->enabled.size());
-    EXPECT_TRUE(zoom->enabled[1]);
-    ExpectPngOfSourceArea(folder.Path() + "/zoomed.png");
 }
 
 } // namespace

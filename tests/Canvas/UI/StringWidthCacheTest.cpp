@@ -2,6 +2,7 @@
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FreeTypeFont.h"
 #include "tests/Canvas/UI/support/FontTestSupport.h"
+#include "tests/TvBase/Util/detail/TempConfigHome.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -171,37 +172,27 @@ TEST(StringWidthCacheFile, AChangedOrMissingFontFileEmptiesTheCache)
     EXPECT_EQ(0u, reloaded.GetEntryCount());
 }
 
-TEST(StringWidthCacheFile, AMemoryOnlyCacheWritesNothing)
+TEST(StringWidthCacheFile, WhereTheFileGoes)
 {
-    UI::StringWidthCache cache(nullptr);
-    EXPECT_TRUE(cache.GetFilePath().IsEmpty());
-    cache.CacheStringWidth("x", Info("Face", 12.0f), 5);
-    cache.Save();
-    EXPECT_EQ(5u, *cache.GetCachedStringWidth("x", Info("Face", 12.0f)));
-}
+    // A memory-only cache writes nothing.
+    UI::StringWidthCache memory(nullptr);
+    EXPECT_TRUE(memory.GetFilePath().IsEmpty());
+    memory.CacheStringWidth("x", Info("Face", 12.0f), 5);
+    memory.Save();
+    EXPECT_EQ(5u, *memory.GetCachedStringWidth("x", Info("Face", 12.0f)));
 
-TEST(StringWidthCacheFile, WithoutAFolderTheUsersApplicationDataFolderServes)
-{
+    // Without a folder the user's application data folder serves.
     TempFolder data;
-    char const* const previous = std::getenv("XDG_DATA_HOME");
-    std::string const saved = previous ? previous : "";
-    setenv("XDG_DATA_HOME", data.Path().c_str(), 1);
     {
+        TestSupport::ScopedEnv home("XDG_DATA_HOME", data.Path().c_str());
         UI::StringWidthCache cache(nullptr, String());
         EXPECT_EQ(FilePath((data / "stringCache.dat").c_str()), cache.GetFilePath());
         cache.CacheStringWidth("x", Info("Face", 12.0f), 5);
     }
-    if (previous)
-        setenv("XDG_DATA_HOME", saved.c_str(), 1);
-    else
-        unsetenv("XDG_DATA_HOME");
     EXPECT_FALSE(readFile(data / "stringCache.dat").empty());
-}
 
-TEST(StringWidthCacheFile, AFolderThatIsMissingIsCreated)
-{
-    TempFolder folder;
-    std::string const nested = folder / "a/b";
+    // A folder that is missing is created.
+    std::string const nested = data / "a/b";
     {
         UI::StringWidthCache cache(nullptr, nested.c_str());
         cache.CacheStringWidth("x", Info("Face", 12.0f), 5);
@@ -255,16 +246,17 @@ TEST(StringWidthCacheTrim, LowestScoresGoFirst)
     Cache::trimStringWidthCacheToTarget(copy, 2 * 104, 3 * 104); // target above the limit
     EXPECT_EQ(6u, copy.size());
 
+    auto kept = [&copy](char const* text) {
+        return copy.count(Cache::Key{text, Info("Face", 12.0f)});
+    };
     Cache::trimStringWidthCacheToTarget(copy, 5 * 104, 3 * 104 + 50);
     ASSERT_EQ(3u, copy.size());
-    EXPECT_TRUE(copy.count(Cache::Key{"often long", Info("Face", 12.0f)}));
-    EXPECT_TRUE(copy.count(Cache::Key{"rare long", Info("Face", 12.0f)}));
-    EXPECT_TRUE(copy.count(Cache::Key{"often short", Info("Face", 12.0f)}));
+    EXPECT_TRUE(kept("often long") && kept("rare long") && kept("often short"));
 
     copy = entries;
     Cache::trimStringWidthCacheToTarget(copy, 5 * 104, 4 * 104);
-    EXPECT_FALSE(copy.count(Cache::Key{"tie a", Info("Face", 12.0f)}));
-    EXPECT_TRUE(copy.count(Cache::Key{"tie b", Info("Face", 12.0f)}));
+    EXPECT_FALSE(kept("tie a"));
+    EXPECT_TRUE(kept("tie b"));
 
     copy = entries;
     Cache::trimStringWidthCacheToTarget(copy, 2 * 104, 103);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using TextTest::Scene;
 
 namespace
@@ -57,9 +59,7 @@ TEST(ToolTipWrap, LinesEndAtSpacesHyphensOrTheOverflow)
     tip->SetMaxWidth(1000);
     tip->SetText("one\ntwo");
     EXPECT_EQ(Strings({"one", "two"}), Lines(tip));
-    EXPECT_EQ(font->GetStringWidth("one") > font->GetStringWidth("two")
-                  ? font->GetStringWidth("one")
-                  : font->GetStringWidth("two"),
+    EXPECT_EQ(std::max(font->GetStringWidth("one"), font->GetStringWidth("two")),
               tip->GetActualWidth());
     EXPECT_EQ(String(""), tip->GetLine(5));
 
@@ -97,14 +97,11 @@ TEST(SimpleToolTipLook, SizedToItsLinesAndDrawnInItsColours)
     EXPECT_GE(ink.left, g.left + 4);
     EXPECT_GE(ink.top, g.top + 2);
     EXPECT_GT(ink.bottom, g.top + 2 + h + 2);
-}
 
-TEST(SimpleToolTipLook, TheThemeCreatorMakesOne)
-{
-    Scene s;
-    UI::ToolTip* tip = UI::CreateSimpleToolTip(s.frame.get(), s.root);
-    ASSERT_NE(nullptr, dynamic_cast<UI::SimpleToolTip*>(tip));
-    EXPECT_EQ(s.root, tip->GetParent());
+    // The theme's creator makes one.
+    UI::ToolTip* made = UI::CreateSimpleToolTip(s.frame.get(), s.root);
+    ASSERT_NE(nullptr, dynamic_cast<UI::SimpleToolTip*>(made));
+    EXPECT_EQ(s.root, made->GetParent());
     // Without a platform the canvas has no tool-tip frame, so nothing is installed.
     EXPECT_EQ(nullptr, UI::InstallCanvasToolTip(&s.canvas));
     EXPECT_EQ(nullptr, s.canvas.GetToolTip());

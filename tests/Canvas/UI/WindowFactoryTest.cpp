@@ -43,10 +43,11 @@ TEST(WindowFactoryRegistration, EachNameAndEachClassOnce)
     EXPECT_EQ(factory.type_names(), (std::vector<String>{"Probe", "Sub"}));
 }
 
-TEST(WindowFactoryCreate, MakesLayoutCreatedWindowsOfTheRegisteredClass)
+TEST(WindowFactoryCreate, OneFactoryPerCanvasMakesWindowsAndNamesTheirTypes)
 {
     LayoutScene s;
     WindowFactory* factory = UI::GetWindowFactory(&s.canvas);
+    ASSERT_NE(factory, nullptr);
     LayoutProbe* parent = s.Probe(nullptr, "parent");
     Window* made = factory->Create("LayoutProbe", s.frame.get(), parent, "made");
     ASSERT_NE(made, nullptr);
@@ -68,12 +69,8 @@ TEST(WindowFactoryCreate, MakesLayoutCreatedWindowsOfTheRegisteredClass)
     ASSERT_TRUE(factory->Register<Throwing>("Throwing"));
     EXPECT_EQ(factory->Create("Throwing", s.frame.get(), parent, "t"), nullptr);
     EXPECT_EQ(parent->child_windows().size(), 1u);
-}
 
-TEST(WindowFactoryTypeNames, FollowTheDynamicClass)
-{
-    LayoutScene s;
-    WindowFactory* factory = UI::GetWindowFactory(&s.canvas);
+    // Type names follow the dynamic class.
     LayoutProbe* probe = s.Probe(nullptr, "probe");
     Window* plain = new Window(s.frame.get(), nullptr, "plain");
     auto* sub = new UnregisteredProbe(s.frame.get(), nullptr, "sub");
@@ -81,13 +78,8 @@ TEST(WindowFactoryTypeNames, FollowTheDynamicClass)
     EXPECT_EQ(factory->GetTypeName(plain), checked_value<String>(String("Window")));
     EXPECT_FALSE(factory->GetTypeName(sub).IsPresent());
     EXPECT_FALSE(factory->GetTypeName(nullptr).IsPresent());
-}
 
-TEST(WindowFactoryOfCanvas, OnePerCanvasWithTheBuiltInTypes)
-{
-    LayoutScene s;
-    WindowFactory* factory = UI::GetWindowFactory(&s.canvas);
-    ASSERT_NE(factory, nullptr);
+    // One factory per canvas, with the built-in types.
     EXPECT_EQ(UI::GetWindowFactory(&s.canvas), factory);
     EXPECT_EQ(s.canvas.GetWindowFactory(), factory);
     // A member, not one of the canvas's keyed values that any code could replace.

@@ -66,7 +66,7 @@ std::vector<std::string> Names(std::vector<Window*> const& windows)
 
 // ---- tree
 
-TEST(WindowTree, ChildrenJoinOnTopAndAreFoundByName)
+TEST(WindowTree, ChildrenJoinOnTopAreFoundByNameAndLeave)
 {
     Scene s;
     RecordingWindow* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
@@ -83,30 +83,9 @@ TEST(WindowTree, ChildrenJoinOnTopAndAreFoundByName)
     EXPECT_FALSE(a->IsChildWindow(root));
     EXPECT_EQ(a->GetParent(), root);
     EXPECT_EQ(s.frame->GetTopLevelWindows(), (std::vector<Window*>{root}));
-}
 
-TEST(WindowTree, DuplicateNamesKeepTheFirstFindableUntilTheSecondLeaves)
-{
-    Scene s;
-    RecordingWindow* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
-    Window* first = s.Make(root, "Twin", 0, 0, 10, 10);
-    Window* second = s.Make(root, "Twin", 20, 0, 10, 10);
-
-    EXPECT_EQ(root->child_windows().size(), 2u);
-    EXPECT_EQ(root->FindChildWindow("Twin"), first);
-    delete second;
-    // Removal is by name alone, so the first twin can no longer be found by name.
-    EXPECT_EQ(root->FindChildWindow("Twin"), nullptr);
-    EXPECT_EQ(root->child_windows(), (std::vector<Window*>{first}));
-}
-
-TEST(WindowTree, AncestryWalksTheParentChain)
-{
-    Scene s;
-    Window* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
-    Window* mid = s.Make(root, "Mid", 0, 0, 50, 50);
-    Window* leaf = s.Make(mid, "Leaf", 0, 0, 10, 10);
-
+    // Ancestry walks the parent chain.
+    Window* leaf = s.Make(a, "Leaf", 0, 0, 5, 5);
     EXPECT_TRUE(root->IsAncestor(leaf));
     EXPECT_FALSE(leaf->IsAncestor(root));
     EXPECT_FALSE(leaf->IsAncestor(leaf));
@@ -114,28 +93,30 @@ TEST(WindowTree, AncestryWalksTheParentChain)
     EXPECT_TRUE(leaf->HasAncestor(root));
     EXPECT_TRUE(leaf->HasAncestor(leaf, true));
     EXPECT_FALSE(root->HasAncestor(leaf));
+
+    // A child that dies alone leaves its parent; onChildDestroy is the parent's half of the
+    // same step.
+    delete a;
+    EXPECT_EQ(root->removed, (std::vector<Window*>{a}));
+    EXPECT_EQ(root->child_windows(), (std::vector<Window*>{b}));
+    EXPECT_EQ(root->FindChildWindow("A"), nullptr);
+    root->onChildDestroy(b);
+    EXPECT_TRUE(root->child_windows().empty());
+    EXPECT_EQ(root->removed.back(), b);
+    delete b;
+
+    // Duplicate names keep the first findable until the second leaves: removal is by name
+    // alone, so the first twin can no longer be found by name.
+    Window* first = s.Make(root, "Twin", 0, 0, 10, 10);
+    Window* second = s.Make(root, "Twin", 20, 0, 10, 10);
+    EXPECT_EQ(root->child_windows().size(), 2u);
+    EXPECT_EQ(root->FindChildWindow("Twin"), first);
+    delete second;
+    EXPECT_EQ(root->FindChildWindow("Twin"), nullptr);
+    EXPECT_EQ(root->child_windows(), (std::vector<Window*>{first}));
 }
 
-TEST(WindowTree, DestructionDeletesOwnedChildrenAndDetachesTheOthers)
-{
-    Scene s;
-    UI::Test::Log log;
-    Window* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
-    Window* owned = s.Make(root, "Owned", 0, 0, 10, 10);
-    RecordingWindow* member = s.Make(root, "Member", 10, 10, 10, 10);
-    member->SetOwnedByParent(false);
-    s.Make(owned, "Grandchild", 0, 0, 5, 5);
-
-    delete root;
-    // The member survives as a top-level window of the frame, at its own position.
-    EXPECT_EQ(s.frame->GetTopLevelWindows(), (std::vector<Window*>{member}));
-    EXPECT_EQ(member->GetParent(), nullptr);
-    EXPECT_EQ(member->GetGlobalPos(), UI::Point(10, 10));
-    delete member;
-    EXPECT_TRUE(s.frame->GetTopLevelWindows().empty());
-}
-
-TEST(WindowTree, DeleteAllChildrenAndLayoutCreatedChildren)
+TEST(WindowTree, DeletingChildrenKeepsTheOnesNotOwned)
 {
     Scene s;
     Window* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
@@ -158,6 +139,22 @@ TEST(WindowTree, DeleteAllChildrenAndLayoutCreatedChildren)
     EXPECT_TRUE(root->child_windows_by_name().empty());
     EXPECT_EQ(member->GetParent(), nullptr);
     delete member;
+    delete root;
+
+    // Destroying a window deletes its owned children and detaches the others.
+    root = s.Make(nullptr, "Root", 0, 0, 100, 100);
+    Window* owned = s.Make(root, "Owned", 0, 0, 10, 10);
+    member = s.Make(root, "Member", 10, 10, 10, 10);
+    member->SetOwnedByParent(false);
+    s.Make(owned, "Grandchild", 0, 0, 5, 5);
+
+    delete root;
+    // The member survives as a top-level window of the frame, at its own position.
+    EXPECT_EQ(s.frame->GetTopLevelWindows(), (std::vector<Window*>{member}));
+    EXPECT_EQ(member->GetParent(), nullptr);
+    EXPECT_EQ(member->GetGlobalPos(), UI::Point(10, 10));
+    delete member;
+    EXPECT_TRUE(s.frame->GetTopLevelWindows().empty());
 }
 
 TEST(WindowTree, ReparentMovesPositionsAlphaAndRefusesLoops)
@@ -254,6 +251,14 @@ TEST(WindowStacking, RaiseAndLowerAmongSiblings)
     EXPECT_EQ(root->GetZOrderIndexForWindow(stranger), checked_value<unsigned int>());
     EXPECT_EQ(root->GetWindowForZOrderIndex(2), b);
     EXPECT_EQ(root->GetWindowForZOrderIndex(3), nullptr);
+
+    // Lowering the only child still invalidates.
+    Window* only = s.Make(stranger, "Only", 10, 20, 30, 40);
+    s.Settle();
+    only->Lower();
+    EXPECT_EQ(stranger->child_windows(), (std::vector<Window*>{only}));
+    EXPECT_EQ(s.host.invalidated, (std::vector<Rect>{Rect(10, 39, 20, 59)}));
+    EXPECT_EQ(s.host.posts, 1);
 }
 
 TEST(WindowStacking, TopLevelWindowsStackInTheFrame)
@@ -269,42 +274,22 @@ TEST(WindowStacking, TopLevelWindowsStackInTheFrame)
     EXPECT_EQ(s.frame->FindChildWindow("B"), b);
 }
 
-TEST(WindowStacking, LoweringTheOnlyChildStillInvalidates)
-{
-    Scene s;
-    Window* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
-    Window* only = s.Make(root, "Only", 10, 20, 30, 40);
-    s.Settle();
-    only->Lower();
-    EXPECT_EQ(root->child_windows(), (std::vector<Window*>{only}));
-    EXPECT_EQ(s.host.invalidated, (std::vector<Rect>{Rect(10, 39, 20, 59)}));
-    EXPECT_EQ(s.host.posts, 1);
-}
-
 // ---- geometry
 
-TEST(WindowGeometry, SameValuesDoNothing)
+TEST(WindowGeometry, MovesInvalidateOldAndNewPlaceAndSameValuesNothing)
 {
     Scene s;
     RecordingWindow* w = s.Make(nullptr, "W", 10, 10, 20, 20);
     s.Settle();
-    int before = w->geometryChanges;
     w->SetGeometry(10, 10, 20, 20);
-    EXPECT_EQ(w->geometryChanges, before);
+    EXPECT_EQ(w->geometryChanges, 1);
     EXPECT_TRUE(s.host.invalidated.empty());
     EXPECT_EQ(s.host.posts, 0);
-}
 
-TEST(WindowGeometry, OverlappingMoveInvalidatesTheUnionOnceDisjointMoveBothRects)
-{
-    Scene s;
-    RecordingWindow* w = s.Make(nullptr, "W", 10, 10, 20, 20);
-    s.Settle();
-
+    // An overlapping move invalidates the union once, a disjoint move both rects.
     w->SetGeometry(15, 12, 20, 20);
     EXPECT_EQ(s.host.invalidated, (std::vector<Rect>{Rect(10, 34, 10, 31)}));
     s.Settle();
-
     w->SetGeometry(100, 100, 20, 20);
     EXPECT_EQ(s.host.invalidated,
               (std::vector<Rect>{Rect(15, 34, 12, 31), Rect(100, 119, 100, 119)}));
@@ -324,7 +309,7 @@ TEST(WindowGeometry, HiddenWindowsChangeGeometryWithoutInvalidating)
     EXPECT_TRUE(s.host.invalidated.empty());
 }
 
-TEST(WindowGeometry, FixedSizesHoldAgainstSetGeometry)
+TEST(WindowGeometry, FixedSizesHoldAndMovesKeepTheSize)
 {
     Scene s;
     Window* w = s.Make(nullptr, "W", 0, 0, 10, 10);
@@ -338,6 +323,19 @@ TEST(WindowGeometry, FixedSizesHoldAgainstSetGeometry)
     EXPECT_EQ(w->GetGeometry(), Rect(5, 11, 5, 12));
     EXPECT_TRUE(w->IsFixedWidth());
     EXPECT_TRUE(w->IsFixedHeight());
+
+    // Move keeps the size and places by justification.
+    Window* m = s.Make(nullptr, "M", 0, 0, 11, 7);
+    m->Move(50, 40);
+    EXPECT_EQ(m->GetGeometry(), Rect(50, 60, 40, 46));
+    m->Move(50, 40, Window::MoveRight);
+    EXPECT_EQ(m->GetGeometry().TopLeft(), UI::Point(39, 40));
+    m->Move(50, 40, Window::MoveBottom);
+    EXPECT_EQ(m->GetGeometry().TopLeft(), UI::Point(50, 33));
+    m->Move(50, 40, Window::MoveBottomRight);
+    EXPECT_EQ(m->GetGeometry().TopLeft(), UI::Point(39, 33));
+    m->Move(50, 40, Window::MoveCentre);
+    EXPECT_EQ(m->GetGeometry(), Rect(45, 55, 37, 43));
 }
 
 TEST(WindowGeometry, GlobalPositionsFollowEveryAncestor)
@@ -356,22 +354,6 @@ TEST(WindowGeometry, GlobalPositionsFollowEveryAncestor)
 
     leaf->SetGlobalGeometry(20, 30, 5, 5);
     EXPECT_EQ(leaf->GetGeometry(), Rect(15, 19, 25, 29));
-}
-
-TEST(WindowGeometry, MoveKeepsTheSizeAndPlacesByJustification)
-{
-    Scene s;
-    Window* w = s.Make(nullptr, "W", 0, 0, 11, 7);
-    w->Move(50, 40);
-    EXPECT_EQ(w->GetGeometry(), Rect(50, 60, 40, 46));
-    w->Move(50, 40, Window::MoveRight);
-    EXPECT_EQ(w->GetGeometry().TopLeft(), UI::Point(39, 40));
-    w->Move(50, 40, Window::MoveBottom);
-    EXPECT_EQ(w->GetGeometry().TopLeft(), UI::Point(50, 33));
-    w->Move(50, 40, Window::MoveBottomRight);
-    EXPECT_EQ(w->GetGeometry().TopLeft(), UI::Point(39, 33));
-    w->Move(50, 40, Window::MoveCentre);
-    EXPECT_EQ(w->GetGeometry(), Rect(45, 55, 37, 43));
 }
 
 // ---- visibility and enabled state
@@ -393,18 +375,13 @@ TEST(WindowVisibility, ShowAndHideSignalAndInvalidate)
     EXPECT_EQ(w->hides, 1);
     EXPECT_EQ(w->shows, 1);
     EXPECT_EQ(s.host.invalidated.size(), 2u);
-}
 
-TEST(WindowVisibility, HidingInsideAHiddenParentInvalidatesNothing)
-{
-    Scene s;
-    Window* parent = s.Make(nullptr, "Parent", 0, 0, 100, 100);
-    RecordingWindow* child = s.Make(parent, "Child", 10, 10, 20, 20);
+    // Hiding inside a hidden parent invalidates nothing, and still signals.
+    RecordingWindow* child = s.Make(w, "Child", 1, 1, 5, 5);
     int signals = 0;
     child->signalVisibility.Connect(nullptr, boost::function<void(bool)>([&](bool) { ++signals; }));
-    parent->Hide();
+    w->Hide();
     s.Settle();
-
     child->Hide();
     EXPECT_TRUE(s.host.invalidated.empty());
     EXPECT_EQ(child->hides, 1);
@@ -480,24 +457,21 @@ TEST(WindowAlpha, BaseAlphaSpreadsAndOwnAlphaStaysPut)
     // A window made later inherits its parent's total.
     Window* late = s.Make(child, "Late", 0, 0, 5, 5);
     EXPECT_EQ(late->GetTotalBaseAlpha(), 45);
-}
 
-TEST(WindowAlpha, BaseAlphaRecoversTheParentTotalInEightBits)
-{
-    Scene s;
-    Window* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
-    Window* child = s.Make(root, "Child", 0, 0, 50, 50);
-    root->SetBaseAlpha(100);
-    child->SetBaseAlpha(50); // 50 - 155 clamps to 0
-    EXPECT_EQ(child->GetTotalBaseAlpha(), 0);
-    // The recovered parent total is 0 + 255 - 50 = 205, not the real 100.
-    child->SetBaseAlpha(255);
-    EXPECT_EQ(child->GetTotalBaseAlpha(), 205);
+    // Base alpha recovers the parent total in eight bits: 50 - 155 clamps to 0, and the
+    // recovered parent total is 0 + 255 - 50 = 205, not the real 100.
+    Window* other = s.Make(nullptr, "Other", 0, 0, 100, 100);
+    Window* inner = s.Make(other, "Inner", 0, 0, 50, 50);
+    other->SetBaseAlpha(100);
+    inner->SetBaseAlpha(50);
+    EXPECT_EQ(inner->GetTotalBaseAlpha(), 0);
+    inner->SetBaseAlpha(255);
+    EXPECT_EQ(inner->GetTotalBaseAlpha(), 205);
 }
 
 // ---- properties, cursor, metrics
 
-TEST(WindowProperties, ColorAndToolTipGoThroughTheirProperties)
+TEST(WindowProperties, ColorToolTipCursorAndMetrics)
 {
     Scene s;
     RecordingWindow* w = s.Make(nullptr, "W", 0, 0, 10, 10);
@@ -520,12 +494,7 @@ TEST(WindowProperties, ColorAndToolTipGoThroughTheirProperties)
     proxy->SetToolTipText("From the proxy");
     w->SetToolTipProxyWindow(proxy);
     EXPECT_EQ(w->GetToolTipText(), String("From the proxy"));
-}
 
-TEST(WindowProperties, CursorsAndMetrics)
-{
-    Scene s;
-    Window* w = s.Make(nullptr, "W", 0, 0, 10, 10);
     EXPECT_FALSE(w->HasOwnCursor());
     EXPECT_EQ(w->GetCursor(), UI::Cursor());
     w->SetCursor(UI::Cursor(UI::Cursor::IBeam), true);
@@ -597,22 +566,4 @@ TEST(WindowTree, DestructionInvalidatesFirstThenDeletesChildrenFromTheTop)
         EXPECT_EQ(s.host.invalidated, (std::vector<Rect>{Rect(10, 59, 10, 59)}));
         EXPECT_TRUE(s.frame->GetTopLevelWindows().empty());
     }
-}
-
-TEST(WindowTree, AChildThatDiesAloneLeavesItsParent)
-{
-    Scene s;
-    RecordingWindow* root = s.Make(nullptr, "Root", 0, 0, 100, 100);
-    Window* child = s.Make(root, "Child", 0, 0, 10, 10);
-    Window* sibling = s.Make(root, "Sibling", 0, 0, 10, 10);
-    delete child;
-    EXPECT_EQ(root->removed, (std::vector<Window*>{child}));
-    EXPECT_EQ(root->child_windows(), (std::vector<Window*>{sibling}));
-    EXPECT_EQ(root->FindChildWindow("Child"), nullptr);
-
-    // onChildDestroy is the parent's half of the same step.
-    root->onChildDestroy(sibling);
-    EXPECT_TRUE(root->child_windows().empty());
-    EXPECT_EQ(root->removed.back(), sibling);
-    delete sibling;
 }

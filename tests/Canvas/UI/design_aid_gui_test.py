@@ -29,16 +29,7 @@ class DesignAid(design_gui_test.Design):
         return d.widget_info(AID + name)[key]
 
     def wait_field(self, d, name, expected, key="text"):
-        last = [None]
-
-        def ready():
-            last[0] = self.field(d, name, key)
-            return last[0] == expected
-        try:
-            d.wait_until(ready, timeout=5)
-        except design_gui_test.tvdriver.DriverError:
-            pass
-        self.assertEqual(expected, last[0], name)
+        self.wait_text(d, AID + name, expected, key)
 
     def type_into(self, d, name, text):
         """Opens the field's inline editor with a click and replaces its text."""

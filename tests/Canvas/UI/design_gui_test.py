@@ -157,14 +157,15 @@ class Design(unittest.TestCase):
         time.sleep(0.15)
         self.drag(point, point, modifiers)
 
-    def readout(self, d, expected, timeout=5):
-        """Waits until the readout shows `expected` (a text or a test on it); the last text."""
+    def wait_text(self, d, path, expected, key="text", timeout=5):
+        """Waits until the widget's `key` is `expected` (a text or a test on it); the last
+        value."""
         check = expected if callable(expected) else (lambda text: text == expected)
         last = [None]
 
         def ready():
             try:
-                last[0] = d.widget_info(READOUT)["text"]
+                last[0] = d.widget_info(path)[key]
             except tvdriver.RequestError:
                 return False
             return check(last[0])
@@ -172,8 +173,11 @@ class Design(unittest.TestCase):
             d.wait_until(ready, timeout=timeout)
         except tvdriver.DriverError:
             pass
-        self.assertTrue(check(last[0]), "readout %r, wanted %r" % (last[0], expected))
+        self.assertTrue(check(last[0]), "%s %r, wanted %r" % (path, last[0], expected))
         return last[0]
+
+    def readout(self, d, expected, timeout=5):
+        return self.wait_text(d, READOUT, expected, timeout=timeout)
 
     def rect(self, d, path):
         info = d.widget_info(path)

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 using UI::Point;
@@ -52,32 +53,17 @@ std::string play(std::string const& keys)
     Menu m;
     PopupMenuTracker t = makeTracker(m.menu);
     t.Open(Point(100, 100));
+    std::map<char, void (PopupMenuTracker::*)()> const moves = {
+        {'^', &PopupMenuTracker::Up},     {'v', &PopupMenuTracker::Down},
+        {'<', &PopupMenuTracker::Left},   {'>', &PopupMenuTracker::Right},
+        {'=', &PopupMenuTracker::Return}, {'!', &PopupMenuTracker::Escape}};
     for (char key : keys)
     {
-        switch (key)
-        {
-        case '^':
-            t.Up();
-            break;
-        case 'v':
-            t.Down();
-            break;
-        case '<':
-            t.Left();
-            break;
-        case '>':
-            t.Right();
-            break;
-        case '=':
-            t.Return();
-            break;
-        case '!':
-            t.Escape();
-            break;
-        default:
+        auto const move = moves.find(key);
+        if (move == moves.end())
             t.Letter(key);
-            break;
-        }
+        else
+            (t.*move->second)();
     }
     if (t.IsDone())
         return t.GetResult() == PopupMenu::None ? "dismissed"

@@ -203,9 +203,7 @@ TEST(HostWindowSDLScreen, NothingIsDrawnUntilTheFrameEnablesDrawing)
 
 TEST(HostWindowSDLInput, ClicksAndKeysReachTheWindowUnderThePointer)
 {
-    REQUIRE_DISPLAY();
-    if (UI::Test::Run("command -v xdotool >/dev/null 2>&1") != 0)
-        GTEST_SKIP() << "xdotool is not installed";
+    REQUIRE_DISPLAY_AND_XDOTOOL();
     Scene left("Left");
     Scene right("Right");
     ASSERT_TRUE(left.Open(Rect(Point(50, 50), Size(200, 150)), 0xFF400000));
@@ -254,7 +252,7 @@ TEST(HostWindowSDLGeometry, IsKeptAcrossTwoRunsOfAProgram)
     EXPECT_FALSE(config.GetBool("HostWindowGeometry/Kept.Maximized", true));
 }
 
-TEST(HostWindowSDLGeometry, ABadSavedRectIsIgnoredAndNoConfigWritesNothing)
+TEST(HostWindowSDLGeometry, SavedRectsAreCheckedClampedAndKeptOverFullScreen)
 {
     REQUIRE_DISPLAY();
     TestSupport::TempConfigHome home;
@@ -280,20 +278,35 @@ TEST(HostWindowSDLGeometry, ABadSavedRectIsIgnoredAndNoConfigWritesNothing)
     config.GetValueNames(names, "HostWindowGeometry");
     for (String const& n : names)
         EXPECT_EQ(std::string(n.CStr()).find("Unsaved"), std::string::npos);
-}
 
-TEST(HostWindowSDLGeometry, MinimumClientSizeClampsASmallSavedRect)
-{
-    REQUIRE_DISPLAY();
-    TestSupport::TempConfigHome home;
-    Util::ConfigFile config("com.tavorin.hostwindowtest3");
+    // The minimum client size clamps a small saved rect.
     config.SetString("HostWindowGeometry/Small.Geometry",
                      Rect(Point(20, 20), Size(50, 40)).ToString());
-    Scene small("Small", &config);
-    small.host->SetMinClientSize(120, 90);
-    ASSERT_TRUE(small.Open(Rect(Point(0, 0), Size(300, 200)), 0xFF000000, true));
-    EXPECT_EQ(small.host->GetClientRect(), Rect(Point(20, 20), Size(120, 90)));
-    EXPECT_EQ(small.host->GetFrame()->GetSize(), Size(120, 90));
+    {
+        Scene small("Small", &config);
+        small.host->SetMinClientSize(120, 90);
+        ASSERT_TRUE(small.Open(Rect(Point(0, 0), Size(300, 200)), 0xFF000000, true));
+        EXPECT_EQ(small.host->GetClientRect(), Rect(Point(20, 20), Size(120, 90)));
+        EXPECT_EQ(small.host->GetFrame()->GetSize(), Size(120, 90));
+    }
+
+    // A window closed in full screen leaves the saved rect.
+    String const saved = Rect(Point(30, 40), Size(200, 100)).ToString();
+    config.SetString("HostWindowGeometry/Full.Geometry", saved);
+    {
+        Scene full("Full", &config);
+        ASSERT_TRUE(full.Open(Rect(Point(0, 0), Size(10, 10)), 0xFF000000, true));
+        EXPECT_EQ(full.host->GetWindowRect(), Rect(Point(30, 40), Size(200, 100)));
+        int changes = 0;
+        full.host->signalFullScreenChange.Connect(nullptr,
+                                                  boost::function<void()>([&] { ++changes; }));
+        full.host->SetGeometry(50, 60, 220, 110);
+        full.host->ToggleFullScreen();
+        if (!full.host->IsFullScreen())
+            GTEST_SKIP() << "the display offers no full screen";
+        EXPECT_EQ(changes, 1);
+    }
+    EXPECT_EQ(String(config.GetString("HostWindowGeometry/Full.Geometry")), saved);
 }
 
 // ---- start-up trace
@@ -381,7 +394,7 @@ struct CloseWatcher : Trackable
 
 } // namespace
 
-TEST(HostWindowSDLClose, AVetoKeepsTheWindowAndItsTimer)
+TEST(HostWindowSDLClose, AVetoKeepsTheWindowAndItsTimerAPostedCloseComesOnce)
 {
     REQUIRE_DISPLAY();
     Scene scene("Veto");
@@ -411,22 +424,17 @@ TEST(HostWindowSDLClose, AVetoKeepsTheWindowAndItsTimer)
     // Closing a window that has none does nothing.
     scene.host->Close();
     EXPECT_EQ(watcher.closes, 1);
-}
 
-TEST(HostWindowSDLClose, PostCloseClosesLaterAndOnce)
-{
-    REQUIRE_DISPLAY();
-    Scene scene("Posted");
-    ASSERT_TRUE(scene.Open(Rect(Point(100, 600), Size(60, 40)), 0xFF008080));
-    CloseWatcher watcher;
-    watcher.host = scene.host.get();
-    scene.host->signalClose.Connect(&CloseWatcher::slotClose, &watcher);
-    scene.host->PostClose();
-    scene.host->PostClose();
-    EXPECT_NE(scene.host->GetNativeHandle(), nullptr);
-    ASSERT_TRUE(UI::Test::PumpUntil([&] { return scene.host->GetNativeHandle() == nullptr; }));
+    // A posted close closes later, and once.
+    Scene posted("Posted");
+    ASSERT_TRUE(posted.Open(Rect(Point(100, 600), Size(60, 40)), 0xFF008080));
+    posted.host->signalClose.Connect(&CloseWatcher::slotClose, &watcher);
+    posted.host->PostClose();
+    posted.host->PostClose();
+    EXPECT_NE(posted.host->GetNativeHandle(), nullptr);
+    ASSERT_TRUE(UI::Test::PumpUntil([&] { return posted.host->GetNativeHandle() == nullptr; }));
     UI::Test::PumpUntil([] { return false; }, 50);
-    EXPECT_EQ(watcher.closes, 1);
+    EXPECT_EQ(watcher.closes, 2);
 }
 
 // ---- master timer and messages
@@ -534,9 +542,7 @@ TEST(HostWindowSDLMessages, WindowBeneathAPointAndFocus)
 
 TEST(HostWindowSDLRunLoop, CtrlQEndsTheRunLoop)
 {
-    REQUIRE_DISPLAY();
-    if (UI::Test::Run("command -v xdotool >/dev/null 2>&1") != 0)
-        GTEST_SKIP() << "xdotool is not installed";
+    REQUIRE_DISPLAY_AND_XDOTOOL();
     Scene scene("Quit");
     ASSERT_TRUE(scene.Open(Rect(Point(600, 700), Size(80, 60)), 0xFF000000));
     scene.host->SetNativeFocus();
@@ -555,29 +561,6 @@ TEST(HostWindowSDLRunLoop, CtrlQEndsTheRunLoop)
     EXPECT_TRUE(PlatformSupportFactory::IsEventLoopQuitting());
     // The key went to the loop, not to the window.
     EXPECT_TRUE(scene.root->keys.empty() || scene.root->keys.back() != 'Q');
-}
-
-TEST(HostWindowSDLGeometry, AWindowClosedInFullScreenLeavesTheSavedRect)
-{
-    REQUIRE_DISPLAY();
-    TestSupport::TempConfigHome home;
-    Util::ConfigFile config("com.tavorin.hostwindowtest4");
-    String const saved = Rect(Point(30, 40), Size(200, 100)).ToString();
-    config.SetString("HostWindowGeometry/Full.Geometry", saved);
-    {
-        Scene full("Full", &config);
-        ASSERT_TRUE(full.Open(Rect(Point(0, 0), Size(10, 10)), 0xFF000000, true));
-        EXPECT_EQ(full.host->GetWindowRect(), Rect(Point(30, 40), Size(200, 100)));
-        int changes = 0;
-        full.host->signalFullScreenChange.Connect(nullptr,
-                                                  boost::function<void()>([&] { ++changes; }));
-        full.host->SetGeometry(50, 60, 220, 110);
-        full.host->ToggleFullScreen();
-        if (!full.host->IsFullScreen())
-            GTEST_SKIP() << "the display offers no full screen";
-        EXPECT_EQ(changes, 1);
-    }
-    EXPECT_EQ(String(config.GetString("HostWindowGeometry/Full.Geometry")), saved);
 }
 
 // ---- cursors and keyboard state
@@ -607,9 +590,7 @@ TEST(HostWindowSDLCursor, EveryShapeMakesAHostCursorSharedByItsCopies)
 
 TEST(HostWindowSDLKeyboard, ModifierStateFollowsTheKeyboard)
 {
-    REQUIRE_DISPLAY();
-    if (UI::Test::Run("command -v xdotool >/dev/null 2>&1") != 0)
-        GTEST_SKIP() << "xdotool is not installed";
+    REQUIRE_DISPLAY_AND_XDOTOOL();
     Scene scene("Modifiers");
     ASSERT_TRUE(scene.Open(Rect(Point(700, 800), Size(60, 40)), 0xFF000000));
     scene.host->SetNativeFocus();

@@ -118,66 +118,48 @@ void DriveEditor(std::string const& text, std::string const& finalKey)
 
 } // namespace
 
-TEST(InlineEditorGui, TypingAndReturnReplaceTheText)
+TEST(InlineEditorGui, TypingReturnEscapeTheFilterAndTheToolTipInOneWindow)
 {
     REQUIRE_DISPLAY_AND_XDOTOOL();
     Scene s;
     ASSERT_TRUE(s.Open());
-
-    DriveEditor("Hello 42", "Return");
+    // The editor opens with everything selected, so typing replaces the old text; Escape
+    // cancels; the character filter holds in the editor.
+    struct Edit
     {
-        Watchdog watchdog(20000);
-        s.edit->ExecuteInlineEdit();
-        ASSERT_FALSE(watchdog.fired) << "the editor never finished";
-    }
-    // The editor opened with everything selected, so typing replaced the old text.
-    EXPECT_EQ(String("Hello 42"), s.edit->GetText());
-    EXPECT_EQ(1, s.started);
-    EXPECT_EQ(1, s.edited);
-    EXPECT_FALSE(s.edit->IsInlineEditing());
-}
-
-TEST(InlineEditorGui, EscapeCancels)
-{
-    REQUIRE_DISPLAY_AND_XDOTOOL();
-    Scene s;
-    ASSERT_TRUE(s.Open());
-
-    DriveEditor("discarded", "Escape");
+        char const* typed;
+        char const* finalKey;
+        bool numbersOnly;
+        String expected;
+        int started, edited;
+    } const edits[] = {
+        {"Hello 42", "Return", false, "Hello 42", 1, 1},
+        {"discarded", "Escape", false, "Hello 42", 2, 1},
+        {"1a2b5", "Return", true, String("%1").Arg(125.0f), 3, 2},
+    };
+    for (Edit const& e : edits)
     {
-        Watchdog watchdog(20000);
-        s.edit->ExecuteInlineEdit();
-        ASSERT_FALSE(watchdog.fired) << "the editor never finished";
-    }
-    EXPECT_EQ(String("old text"), s.edit->GetText());
-    EXPECT_EQ(1, s.started);
-    EXPECT_EQ(0, s.edited);
-}
-
-TEST(InlineEditorGui, TheCharacterFilterHoldsInTheEditor)
-{
-    REQUIRE_DISPLAY_AND_XDOTOOL();
-    Scene s;
-    ASSERT_TRUE(s.Open());
-    s.edit->SetRange(0.0f, 1000.0f);
-    s.edit->SetInlineCharFilter({'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', '.'});
-
-    DriveEditor("1a2b5", "Return");
-    {
-        Watchdog watchdog(20000);
-        s.edit->ExecuteInlineEdit();
-        ASSERT_FALSE(watchdog.fired) << "the editor never finished";
+        SCOPED_TRACE(e.typed);
+        if (e.numbersOnly)
+        {
+            s.edit->SetRange(0.0f, 1000.0f);
+            s.edit->SetInlineCharFilter({'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', '.'});
+        }
+        DriveEditor(e.typed, e.finalKey);
+        {
+            Watchdog watchdog(20000);
+            s.edit->ExecuteInlineEdit();
+            ASSERT_FALSE(watchdog.fired) << "the editor never finished";
+        }
+        EXPECT_EQ(e.expected, s.edit->GetText());
+        EXPECT_EQ(e.started, s.started);
+        EXPECT_EQ(e.edited, s.edited);
+        EXPECT_FALSE(s.edit->IsInlineEditing());
     }
     ASSERT_TRUE(s.edit->GetFloatValue());
     EXPECT_FLOAT_EQ(125.0f, *s.edit->GetFloatValue());
-    EXPECT_EQ(String("%1").Arg(125.0f), s.edit->GetText());
-}
 
-TEST(ToolTipGui, TheTipAppearsAfterTheMouseRests)
-{
-    REQUIRE_DISPLAY_AND_XDOTOOL();
-    Scene s;
-    ASSERT_TRUE(s.Open());
+    // The tool tip appears once the mouse has rested long enough.
     unsigned int const delay = 300;
     s.canvas.SetToolTipIntervals(delay, 1000);
     UI::ToolTip* tip = UI::InstallCanvasToolTip(&s.canvas);
