@@ -4,3 +4,10 @@ tv_ui_sources(
   SOURCES
     Canvas/UI/WindowMaker.cpp
     Canvas/UI/WindowTree.cpp)
+
+tv_test(tv_window_tools_tests
+  SOURCES
+    tests/Canvas/UI/WindowToolsTest.cpp
+    tests/Canvas/UI/CanvasTestSupport.cpp
+    tests/support/TempFolder.cpp
+  DEPS tv_ui)
