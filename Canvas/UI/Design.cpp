@@ -772,6 +772,8 @@ void Design::createWindowAt(Point const& point)
         selectionTouched();
     }
     resetLayoutAction();
+    // Placing the window showed the readout while the prompt was still pending.
+    updateReadoutText();
 }
 
 void Design::resetLayoutAction()

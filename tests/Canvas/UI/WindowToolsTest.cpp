@@ -304,6 +304,10 @@ TEST(WindowMaker, EveryRegisteredTypeIsShownAndCreatedWhereTheClickFalls)
             << types[i].CStr();
         EXPECT_TRUE(made->IsLayoutCreated());
         EXPECT_EQ(std::vector<UI::Window*>{made}, s.design()->GetSelectedWindows());
+        EXPECT_EQ(
+            0u,
+            std::string(s.design()->GetReadoutText().CStr()).find(name.CStr() + std::string(" [")))
+            << types[i].CStr();
         // Ready for the next one; the tree has a row for it.
         EXPECT_TRUE(s.maker->GetComboBox()->IsEnabled());
         EXPECT_TRUE(s.maker->GetNameEdit()->GetText().IsEmpty());
