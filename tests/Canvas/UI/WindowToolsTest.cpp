@@ -242,6 +242,7 @@ TEST(WindowTree, SelectionKeptEqualBothWaysAndRebuiltOnDelete)
     s.key('R');
     s.design()->SetSelectionTo(s.a);
     ASSERT_EQ(s.a, c->GetParent());
+    EXPECT_EQ("Reparented cee", std::string(s.design()->GetReadoutText().CStr()));
     EXPECT_EQ(*s.tree->GetItem(s.a), *s.row(c)->GetParentId());
     // The search keeps the rows that hold the text, with their ancestors.
     s.tree->GetSearchEdit()->SetText(String("EE"));
