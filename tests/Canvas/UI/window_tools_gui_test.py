@@ -80,7 +80,8 @@ class WindowTools(design_gui_test.Design):
         self.readout(d, "Images Panel [%d,%d %dx%d]" % (px, py, pw, ph))
         d.wait_until(lambda: d.widget_info(TREE + "TreeList")["selectedItem"] == "Images Panel",
                      timeout=5)
-        # The search leaves the panel's lineage: the main window, the page and the panel.
+        # The search leaves the panel's lineage: the main window, the page and the panel. It
+        # ignores case, which caps lock swaps as it types.
         self.type_into(d, "Window Tree", TREE + "Search Edit", "Images Panel")
         d.wait_until(lambda: d.widget_info(TREE + "TreeList")["visibleRows"] == "3", timeout=5)
 
@@ -94,6 +95,13 @@ class WindowTools(design_gui_test.Design):
             self.key("ctrl+d")
             self.readout(d, "No windows selected")
             item = d.widget_info(MAKER + "Window Scroll View|Example Item " + kind)
+            # The list shows a dozen types: the wheel brings the others in.
+            view = self.centre(d.widget_info(MAKER + "Window Scroll View"))
+            for _ in range(20):
+                if item["visible"] == "true":
+                    break
+                gui_test.xdotool(self.display, "mousemove", view[0], view[1], "click", 5)
+                item = d.widget_info(MAKER + "Window Scroll View|Example Item " + kind)
             self.click(self.centre(item))
             d.wait_until(lambda: d.widget_info(MAKER + "Windows ComboBox")["selectedItem"] == kind,
                          timeout=5)
@@ -108,6 +116,9 @@ class WindowTools(design_gui_test.Design):
             self.click((int(page["screenX"]) + 40 + 120 * index, int(page["screenY"]) + 10))
             self.readout(d, lambda t, n=name: t.startswith(n + " ["))
             self.assertEqual("", d.widget_info(MAKER + "Window Name Edit")["text"])
+            # The tree has a row for it, selected as in the design.
+            d.wait_until(lambda n=name: d.widget_info(TREE + "TreeList")["selectedItem"] == n,
+                         timeout=5)
 
             # Reparent it: "R", then the panel's row in the tree, the third of the search.
             self.focus("Gallery")
@@ -120,8 +131,10 @@ class WindowTools(design_gui_test.Design):
         # Tree to design: the selection follows a click on a row.
         self.click(self.tree_row(d, 1))
         self.readout(d, lambda t: t.startswith("Gallery Page ["))
-        self.click(free)
+        # Saved from the panel, chosen in the tree: the new windows now cover its free spot.
+        self.click(self.tree_row(d, 2))
         self.readout(d, lambda t: t.startswith("Images Panel ["))
+        self.focus("Gallery")
         self.key("shift+s")
         self.readout(d, "Saved layout to GalleryImages.layout")
         with open(os.path.join(override, "UI", "Layout", "GalleryImages.layout")) as f:
