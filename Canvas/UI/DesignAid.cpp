@@ -1031,7 +1031,7 @@ void DesignAid::ShowWindowTree()
     {
         windowTreeHost = makeToolHost(
             String("Window Tree Host Window"), String("Window Tree"),
-            Rect::FromXYWH(DefaultX + DefaultWidth + 340, DefaultY, 300, 500),
+            Rect::FromXYWH(DefaultX + DefaultWidth + 340, DefaultY, 380, 500),
             [](Frame* frame, DesignAid* aid) -> Window* { return new WindowTree(frame, aid); });
         if (!windowTreeHost)
             return;

@@ -70,7 +70,7 @@ WindowTree::WindowTree(Frame* frame, DesignAid* designAid)
     // A window made by the window maker is a new row too.
     designAid->signalCreateFinished.Connect(&WindowTree::slotUpdateWindowTree, this);
 
-    SetGeometry(0, 0, 300, 450);
+    SetGeometry(0, 0, 380, 500);
     slotUpdateWindowTree();
 }
 
