@@ -399,19 +399,19 @@ void Design::updateSelectedWindowGeometries(bool geometryChanged)
 
 void Design::SetSelectionTo(Window* window)
 {
-    clearSelection();
-    addSelectedWindow(window);
-    selectionTouched();
-    updateReadoutText();
+    SetSelectionTo(std::vector<Window*>{window});
 }
 
 void Design::SetSelectionTo(std::vector<Window*> const& windows)
 {
+    // A selection made by a tool may finish a reparent, whose readout then stands.
+    bool const reparenting = layoutActionPending && layoutAction == LayoutReparent;
     clearSelection();
     for (Window* w : windows)
         addSelectedWindow(w);
     selectionTouched();
-    updateReadoutText();
+    if (!reparenting || layoutActionPending)
+        updateReadoutText();
 }
 
 void Design::Deselect()
@@ -772,6 +772,8 @@ void Design::createWindowAt(Point const& point)
         selectionTouched();
     }
     resetLayoutAction();
+    // Placing the window showed the readout while the prompt was still pending.
+    updateReadoutText();
 }
 
 void Design::resetLayoutAction()
@@ -823,7 +825,10 @@ void Design::finishReparentAction()
     reparentWindows.clear();
     resetLayoutAction();
     if (moved.empty())
+    {
+        updateReadoutText();
         return;
+    }
     setReadoutText(String("Reparented ") + getFormattedWindowNames(moved));
     if (designAid)
         designAid->signalTreeChanged();

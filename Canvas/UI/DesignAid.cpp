@@ -22,6 +22,8 @@
 #include "Canvas/UI/SimpleEdit.h"
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/Text.h"
+#include "Canvas/UI/WindowMaker.h"
+#include "Canvas/UI/WindowTree.h"
 #include "TvBase/Controller/BoolParamConfigFile.h"
 #include "TvBase/Util/ConfigFile.h"
 #include "TvBase/Util/FolderPath.h"
@@ -244,7 +246,14 @@ DesignAid::DesignAid(Frame* frame, Native::HostWindow* host)
     setFocusOrder();
 }
 
-DesignAid::~DesignAid() = default;
+DesignAid::~DesignAid()
+{
+    // The tools' windows go while the panel they listen to is whole, and are no longer reported.
+    windowMaker = nullptr;
+    windowTree = nullptr;
+    windowMakerHost.reset();
+    windowTreeHost.reset();
+}
 
 Text* DesignAid::makeLabel(String const& name, String const& caption)
 {
@@ -667,8 +676,7 @@ void DesignAid::BuildMoreOptionsMenu(Native::PopupMenu& menu)
         !selected.empty() && std::all_of(selected.begin(), selected.end(),
                                          [](Window* w) { return w->IsLayoutCreated(); });
     bool const several = selected.size() >= 2;
-    // The window tree tool does not exist yet.
-    bool const windowTree = false;
+    bool const treeExists = windowTree != nullptr;
 
     for (int id = 0; id < OptCount; ++id)
     {
@@ -707,15 +715,8 @@ void DesignAid::BuildMoreOptionsMenu(Native::PopupMenu& menu)
         case OptCursorBeams:
             checked = design->IsShowingCursorBeams();
             break;
-        case OptMakeWindow:
-            // The window maker is a tool of its own, still to come.
-            enabled = false;
-            break;
         case OptReparent:
             enabled = allCreated;
-            break;
-        case OptWindowTree:
-            enabled = false;
             break;
         case OptAlignMin:
         case OptAlignMax:
@@ -732,7 +733,7 @@ void DesignAid::BuildMoreOptionsMenu(Native::PopupMenu& menu)
         case OptTreeHideChildren:
         case OptTreePrevious:
         case OptTreeNext:
-            enabled = windowTree;
+            enabled = treeExists;
             break;
         default:
             break;
@@ -825,8 +826,20 @@ void DesignAid::ExecuteMoreOption(int id)
         if (Canvas* canvas = designFrame->GetCanvas())
             canvas->ShowPaletteEditor(designFrame);
         break;
+    case OptTreeShowChildren:
+    case OptTreeHideChildren:
+        if (windowTree)
+            windowTree->ShowChildrenOfSelection(id == OptTreeShowChildren);
+        break;
+    case OptTreePrevious:
+        if (windowTree)
+            windowTree->SelectPreviousItem();
+        break;
+    case OptTreeNext:
+        if (windowTree)
+            windowTree->SelectNextItem();
+        break;
     default:
-        // The window tree entries wait for their tool.
         break;
     }
 }
@@ -894,6 +907,9 @@ void DesignAid::HideAll()
 {
     HideHostWindow();
     hidePropertyEditor();
+    for (Native::HostWindow* tool : {windowMakerHost.get(), windowTreeHost.get()})
+        if (tool)
+            tool->Hide();
 }
 
 bool DesignAid::IsHostWindowVisible() const
@@ -942,9 +958,87 @@ void DesignAid::showPropertyEditor()
 
 void DesignAid::hidePropertyEditor() {}
 
-void DesignAid::ShowWindowMaker() {}
+std::unique_ptr<Native::HostWindow> DesignAid::makeToolHost(String const& name,
+                                                            String const& caption,
+                                                            Rect const& client,
+                                                            Window* (*make)(Frame*, DesignAid*))
+{
+    Canvas* canvas = GetFrame()->GetCanvas();
+    // Made with the canvas's design flag down, so that the tool never designs itself.
+    bool const designEnabled = canvas && canvas->IsDesignEnabled();
+    if (canvas)
+        canvas->SetDesignEnabled(false);
+    std::unique_ptr<Native::HostWindow> tool(Native::PlatformSupportFactory::CreateHostWindow(
+        canvas, name, nullptr, canvas ? canvas->GetConfigFile() : nullptr));
+    Frame* frame = tool ? tool->GetFrame() : nullptr;
+    bool created = false;
+    if (frame)
+    {
+        frame->SetBackgroundColor(BackgroundColor);
+        frame->SetDesignDisable(true);
+        frame->SetTopLevelWindow(make(frame, this));
+        Native::HostWindowStyle style;
+        style.utilityPanel = true;
+        style.resizable = true;
+        style.systemButtons = true;
+        Rect const window =
+            Native::PlatformSupportFactory::ConvertClientToWindowRect(client, false, style, name);
+        created = tool->CreateSerialized(nullptr, nullptr, name, window, false, false, style, false,
+                                         true);
+    }
+    if (canvas)
+        canvas->SetDesignEnabled(designEnabled);
+    if (!created)
+        return nullptr;
+    tool->SetCaption(caption, false);
+    Rect const made = tool->GetClientRect();
+    if (!made.IsEmpty())
+        frame->GetTopLevelWindow()->SetGeometry(0, 0, made.Width(), made.Height());
+    frame->SetDrawingEnabled(true);
+    // The close box only hides the tool; it is made once per canvas.
+    Native::HostWindow* host = tool.get();
+    host->signalCloseRequest.Connect(this, boost::function<void()>(
+                                               [host]
+                                               {
+                                                   host->VetoClose();
+                                                   host->Hide();
+                                               }));
+    return tool;
+}
 
-void DesignAid::ShowWindowTree() {}
+void DesignAid::ShowWindowMaker()
+{
+    if (!activeDesign())
+        return;
+    if (!windowMakerHost)
+    {
+        windowMakerHost = makeToolHost(
+            String("Window Maker Host Window"), String("Window Maker"),
+            Rect::FromXYWH(DefaultX + DefaultWidth + 20, DefaultY, 300, 400),
+            [](Frame* frame, DesignAid* aid) -> Window* { return new WindowMaker(frame, aid); });
+        if (!windowMakerHost)
+            return;
+        windowMaker = static_cast<WindowMaker*>(windowMakerHost->GetFrame()->GetTopLevelWindow());
+    }
+    windowMakerHost->Show(true);
+}
+
+void DesignAid::ShowWindowTree()
+{
+    if (!activeDesign())
+        return;
+    if (!windowTreeHost)
+    {
+        windowTreeHost = makeToolHost(
+            String("Window Tree Host Window"), String("Window Tree"),
+            Rect::FromXYWH(DefaultX + DefaultWidth + 340, DefaultY, 380, 500),
+            [](Frame* frame, DesignAid* aid) -> Window* { return new WindowTree(frame, aid); });
+        if (!windowTreeHost)
+            return;
+        windowTree = static_cast<WindowTree*>(windowTreeHost->GetFrame()->GetTopLevelWindow());
+    }
+    windowTreeHost->Show(true);
+}
 
 bool DesignAid::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
                                  TestAutomation::RPCReplyInterface* reply)
@@ -984,6 +1078,10 @@ void DesignAid::OnFrameDestroy(Frame* frame)
 
 void DesignAid::OnWindowDestroy(Window* window)
 {
+    // The tree's own windows die with it: only windows it may show are its business.
+    if (windowTree && window->GetFrame() != windowTree->GetFrame() &&
+        (window->IsBeingDestroyed() || window->GetFrame() != designFrame))
+        windowTree->OnWindowDestroy(window);
     // Reparenting inside the designed frame reports here too; only a window that dies or
     // leaves the frame is dropped.
     if (window->GetFrame() == GetFrame() ||

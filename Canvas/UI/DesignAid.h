@@ -22,6 +22,8 @@ class PixelZoom;
 class SimpleEdit;
 class SimplePushButton;
 class Text;
+class WindowMaker;
+class WindowTree;
 namespace Native
 {
 class HostWindow;
@@ -98,10 +100,16 @@ public:
     void ToggleForceDesignEnable();
     void TogglePropertyEditorVisibility();
     void UpdatePropertyEditorVisibility();
-    /// The window maker and the window tree are tools of their own that this toolkit does not
-    /// have yet: these do nothing until they exist.
+    /// Make the window maker ("Window Maker Host Window") or the window tree ("Window Tree Host
+    /// Window") on first need and show it; nothing without an active design. Their close boxes
+    /// only hide them.
     void ShowWindowMaker();
     void ShowWindowTree();
+    /// The tools, once made; null before.
+    WindowMaker* GetWindowMaker() const { return windowMaker; }
+    WindowTree* GetWindowTree() const { return windowTree; }
+    Native::HostWindow* GetWindowMakerHost() const { return windowMakerHost.get(); }
+    Native::HostWindow* GetWindowTreeHost() const { return windowTreeHost.get(); }
 
     /// Alt+F freezes or thaws the pixel zoom while the panel is shown.
     bool HandleKeyboardMessage(KeyboardMessage message, unsigned int key, char character,
@@ -163,6 +171,11 @@ private:
     void showPropertyEditor();
     void hidePropertyEditor();
     void slotHostCloseRequest();
+    /// A shown, design-disabled host window named `name`, with the tool that `make` puts on its
+    /// frame, at `client` until the user moves it; null when the native window can't be made.
+    std::unique_ptr<Native::HostWindow> makeToolHost(String const& name, String const& caption,
+                                                     Rect const& client,
+                                                     Window* (*make)(Frame*, DesignAid*));
 
     Native::HostWindow* host;
     Frame* designFrame = nullptr;
@@ -184,6 +197,10 @@ private:
     std::unique_ptr<Controller::BoolParamConfigFile> propertyEditorVisible;
     std::vector<Window*> selectedWindows;
     bool hostCreated = false;
+    std::unique_ptr<Native::HostWindow> windowMakerHost;
+    WindowMaker* windowMaker = nullptr;
+    std::unique_ptr<Native::HostWindow> windowTreeHost;
+    WindowTree* windowTree = nullptr;
     /// Set while the fields are being filled, so that their change signals are not edits.
     bool updating = false;
 };

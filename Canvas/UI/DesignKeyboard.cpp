@@ -13,6 +13,7 @@
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/PixelZoom.h"
 #include "Canvas/UI/Window.h"
+#include "Canvas/UI/WindowTree.h"
 
 #include <algorithm>
 
@@ -197,7 +198,16 @@ bool Design::handleCommandKey(unsigned int key, unsigned int modifiers)
     case '9':
     case KeyEquals:
     case KeyMinus:
-        // These drive the window tree tool, which doesn't exist without the Design Aid.
+        // These drive the window tree tool, and do nothing until it exists.
+        if (WindowTree* tree = designAid ? designAid->GetWindowTree() : nullptr)
+        {
+            if (key == '0')
+                tree->SelectNextItem();
+            else if (key == '9')
+                tree->SelectPreviousItem();
+            else
+                tree->ShowChildrenOfSelection(key == KeyEquals);
+        }
         return true;
     default:
         return false;

@@ -180,9 +180,11 @@ UI::Rect MemoryDrawContext::DrawText(UI::Font* font, UI::Rect const& rect, UI::P
         return UI::Rect();
     // An empty box stays empty: the text is then placed by its point alone.
     UI::Rect box = rect.IsEmpty() ? rect : rect.Offset(translation.x, translation.y);
-    // On a centred axis the point is an offset from the box's centre, which moved already.
-    UI::Point const at(point.x + (hAlign == UI::HAlignCenter ? 0 : translation.x),
-                       point.y + (vAlign == UI::VAlignCenter ? 0 : translation.y));
+    // On a centred axis a box, which moved already, places the text; without one the point
+    // does, and it moves like any other.
+    bool const boxed = !box.IsEmpty();
+    UI::Point const at(point.x + (hAlign == UI::HAlignCenter && boxed ? 0 : translation.x),
+                       point.y + (vAlign == UI::VAlignCenter && boxed ? 0 : translation.y));
     UI::Rect const drawn = font->RenderText(at, text, color | 0xFF000000u, alpha, clip,
                                             section.get(), hAlign, vAlign, box);
     if (!drawn.IsEmpty())

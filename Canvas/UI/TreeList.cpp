@@ -29,6 +29,7 @@ public:
     TreeListRows(Frame* frame, Window* parent, TreeList* tree)
         : Window(frame, parent, "TreeList Rows"), tree(tree)
     {
+        SetMouseTracking(true);
     }
 
     void Draw(DrawContext* context) override
@@ -48,6 +49,18 @@ public:
     {
         tree->press(p, flags, true);
         return true;
+    }
+
+    /// The row under the mouse lends its tool tip to the rows.
+    bool onMouseMove(Point const& p, unsigned int) override
+    {
+        checked_value<unsigned int> const id =
+            tree->RowAt(p + GetGlobalPos() - tree->GetGlobalPos());
+        TreeListItem* item = id ? tree->GetListItem(*id) : nullptr;
+        String const tip = item ? item->GetToolTip() : String("");
+        if (tip != GetToolTipText())
+            SetToolTipText(tip);
+        return false;
     }
 
 private:

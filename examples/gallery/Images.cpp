@@ -95,7 +95,10 @@ int AddImages(Page* page, int x, int y)
                                                    std::printf("clicked Pixmap Button\n");
                                                    std::fflush(stdout);
                                                }));
-    if (!UI::LoadLayout(FolderPath(), "UI/Layout/GalleryImages.layout", frame, panel))
+    // Under its layout key, so that live design can save the panel to the override folder and
+    // the next start reads it from there.
+    panel->SetLayoutName("GalleryImages");
+    if (!panel->LoadLayout())
         std::fprintf(stderr, "gallery: cannot load UI/Layout/GalleryImages.layout; the images "
                              "are not placed\n");
     return y + panel->GetHeight() + 12;

@@ -54,7 +54,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "gallery: no Resources/gallery.resembed beside the program\n");
 
     Util::ConfigFile config(String("com.tavorin.gallery"));
-    UI::Canvas canvas("Gallery");
+    UI::Canvas canvas("Gallery", 0, 0, String(), String("UI/Layout"));
     canvas.SetPlatform(
         boost::shared_ptr<UI::CanvasPlatform>(new UI::Native::HostCanvasPlatform(&canvas)));
     UI::TestAutomationInterface::Start("APP:Gallery");

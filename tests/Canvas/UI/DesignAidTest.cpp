@@ -212,7 +212,7 @@ TEST(DesignAid, MoreOptionsFollowTheState)
         {4, "Select child (C)", false, false},
         {5, "Show selection frames (\\)", true, true},
         {6, "Show guides at the centers of selected windows ([)", true, false},
-        {12, "Make new window (M)", false, false},
+        {12, "Make new window (M)", true, false},
         {14, "Reparent selected windows (R)", false, false},
         {20, "Align objects to min X or Y (A)", true, false},
         {24, "Undo most recent geometry change (Ctrl+Z)", false, false},
