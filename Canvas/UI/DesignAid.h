@@ -19,6 +19,7 @@ class CheckBox;
 class Design;
 class Edit;
 class PixelZoom;
+class PropertyEditor;
 class SimpleEdit;
 class SimplePushButton;
 class Text;
@@ -98,6 +99,9 @@ public:
     void ToggleForceDesignEnable();
     void TogglePropertyEditorVisibility();
     void UpdatePropertyEditorVisibility();
+    /// The property editor, once it has been shown; null before.
+    PropertyEditor* GetPropertyEditor() const { return propertyEditor; }
+    bool IsPropertyEditorVisible() const;
     /// The window maker and the window tree are tools of their own that this toolkit does not
     /// have yet: these do nothing until they exist.
     void ShowWindowMaker();
@@ -163,6 +167,7 @@ private:
     void showPropertyEditor();
     void hidePropertyEditor();
     void slotHostCloseRequest();
+    void slotPropertyEditorCloseRequest();
 
     Native::HostWindow* host;
     Frame* designFrame = nullptr;
@@ -182,6 +187,9 @@ private:
     SimplePushButton* resourceClearButton = nullptr;
     std::unique_ptr<Controller::BoolParamConfigFile> snapToGuides;
     std::unique_ptr<Controller::BoolParamConfigFile> propertyEditorVisible;
+    std::unique_ptr<Native::HostWindow> propertyEditorHost;
+    /// Owned by the frame of `propertyEditorHost`.
+    PropertyEditor* propertyEditor = nullptr;
     std::vector<Window*> selectedWindows;
     bool hostCreated = false;
     /// Set while the fields are being filled, so that their change signals are not edits.

@@ -1,7 +1,8 @@
 # The Design Aid panel: the tool window of live design, with the pixel zoom at its top.
 tv_ui_sources(
   SOURCES
-    Canvas/UI/DesignAid.cpp)
+    Canvas/UI/DesignAid.cpp
+    Canvas/UI/PropertyEditor.cpp)
 
 tv_test(tv_design_aid_tests
   SOURCES
@@ -18,3 +19,10 @@ add_test(NAME tv_design_aid_gui
           --module $<TARGET_FILE:TvTestAutomation>)
 set_tests_properties(tv_design_aid_gui PROPERTIES
   LABELS gui TIMEOUT 300 RUN_SERIAL TRUE SKIP_RETURN_CODE 77)
+
+tv_test(tv_property_editor_tests
+  SOURCES
+    tests/Canvas/UI/PropertyEditorTest.cpp
+    tests/Canvas/UI/CanvasTestSupport.cpp
+    tests/support/TempFolder.cpp
+  DEPS tv_ui)
