@@ -952,8 +952,10 @@ void DesignAid::showPropertyEditor()
         if (frame)
         {
             propertyEditor = new PropertyEditor(frame, this);
+            // An ordinary window, so that the colour picker and the file dialogs it opens come
+            // up above it.
             Native::HostWindowStyle style;
-            style.utilityPanel = true;
+            style.systemButtons = true;
             style.resizable = true;
             // Beside the panel until the user moves it; then where it was left.
             Rect const client = Rect::FromXYWH(DefaultX + DefaultWidth + 20, DefaultY, 360, 500);
