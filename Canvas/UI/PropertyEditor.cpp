@@ -190,6 +190,11 @@ void PropertyEditor::SetSelectedWindows(std::vector<Window*> const& windows)
     // loses dying windows, is read each time.
     if (!aid)
         selectedWindows = windows;
+    // The same selection told again keeps the window chosen in the combo box.
+    checked_value<unsigned int> const chosen = windows == shownSelection
+                                                   ? selectedWindowsComboBox->GetSelectedItem()
+                                                   : checked_value<unsigned int>();
+    shownSelection = windows;
     updating = true;
     if (windows.size() > 1)
     {
@@ -199,7 +204,7 @@ void PropertyEditor::SetSelectedWindows(std::vector<Window*> const& windows)
         for (Window* window : windows)
             items.push_back(window->GetName());
         selectedWindowsComboBox->SetItems(items);
-        selectedWindowsComboBox->SetSelectedItem(0u);
+        selectedWindowsComboBox->SetSelectedItem(chosen ? *chosen : 0u);
         selectedWindowsComboBox->Show();
         selectedWindowText->Hide();
     }

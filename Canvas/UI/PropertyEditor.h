@@ -146,6 +146,8 @@ private:
 
     DesignAid* aid;
     std::vector<Window*> selectedWindows;
+    /// The selection last shown; only compared with the next one, never followed.
+    std::vector<Window*> shownSelection;
     Text* selectedWindowText = nullptr;
     ComboBox* selectedWindowsComboBox = nullptr;
     Text* dynamicLayoutText = nullptr;

@@ -200,6 +200,8 @@ TEST(PropertyEditor, DifferingValuesShowDashesAndOneTypedValueSetsBoth)
     EXPECT_EQ("All selected windows (2)", std::string(windows->GetItems()[0].CStr()));
     windows->SetSelectedItem(2u);
     windows->signalItemSelected(2u);
+    // The same selection told again keeps the choice.
+    s.editor->SetSelectedWindows({s.a, s.b});
     EXPECT_EQ(std::vector<UI::Window*>{s.b}, s.editor->getEditWindows());
     s.type("Count", "7");
     EXPECT_EQ(1, *s.a->GetProperty<int>("Count"));
