@@ -12,6 +12,8 @@
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/Text.h"
 #include "TvBase/Controller/KeyValueCoding.h"
+#include "TvBase/Util/FolderPath.h"
+#include "TvBase/Util/ResourceManager.h"
 #include "tests/Canvas/UI/CanvasTestSupport.h"
 #include "tests/Canvas/UI/TestHostWindow.h"
 
@@ -59,6 +61,7 @@ class TestEditor : public UI::PropertyEditor
 public:
     using PropertyEditor::PropertyEditor;
     String menuChoice;
+    String chosenFile;
     unsigned int livePick = 0;
     bool accept = false;
 
@@ -68,6 +71,12 @@ protected:
         auto const& paths = GetKVCMenuPaths();
         auto it = std::find(paths.begin(), paths.end(), menuChoice);
         return it == paths.end() ? UI::Native::PopupMenu::None : int(it - paths.begin());
+    }
+    bool askForFile(String const&, String const&, String const&, String const&,
+                    String& path) override
+    {
+        path = chosenFile;
+        return !path.IsEmpty();
     }
     bool runColorPicker(unsigned int& color, boost::function<void(unsigned int)> live) override
     {
@@ -268,6 +277,19 @@ TEST(PropertyEditor, KeyPathMenuAndColourPickerEditTheRow)
     s.editor->GetRowSwatch(s.row("Fill Color"))->signalClicked();
     EXPECT_EQ(0xFF0000FFu, *s.b->GetProperty<unsigned int>("Fill Color"));
     EXPECT_EQ("0000FF", s.edit(s.row("Fill Color")));
+}
+
+TEST(PropertyEditor, AnImageIsChosenRelativeToTheResourceFolder)
+{
+    Scene s;
+    UI::Window* picture = new UI::Window(s.frame.get(), s.root, "picture");
+    picture->CreateProperty<String>("Picture", String("Image"), String(""));
+    Util::ResourceManager::Get().SetOverridePath(FolderPath(String("/tmp/resources")));
+    s.editor->SetSelectedWindows({picture});
+    s.editor->chosenFile = String("/tmp/resources/UI/Images/Logo.png");
+    s.editor->GetRowBrowseButton(s.row("Picture"))->signalClicked();
+    Util::ResourceManager::Get().SetOverridePath(checked_value<FolderPath>());
+    EXPECT_EQ("UI/Images/Logo.png", text(picture, "Picture"));
 }
 
 TEST(PropertyEditor, LayoutSectionTellsParentAndSaveMode)
