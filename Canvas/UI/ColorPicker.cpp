@@ -192,6 +192,8 @@ bool ColorPicker::Run(Canvas* canvas, Native::HostWindow* owner, unsigned int& c
     if (!host)
         return false;
     Frame* frame = host->GetFrame();
+    // A transient modal tool, opened by the design tools among others: never designed itself.
+    frame->SetDesignDisable(true);
     ColorPicker* picker = new ColorPicker(frame, color);
     frame->SetTopLevelWindow(picker);
     if (live)
@@ -211,7 +213,10 @@ bool ColorPicker::Run(Canvas* canvas, Native::HostWindow* owner, unsigned int& c
     Rect const client(Point(corner.x + 40, corner.y + 40), Size(Width, Height));
     Rect const rect =
         Native::PlatformSupportFactory::ConvertClientToWindowRect(client, false, style, PickerName);
-    if (!host->Create(nullptr, nullptr, PickerName, rect, true, true, style))
+    // Tied to its owner, so that the window manager keeps it above a tool window that stays on
+    // top of the others.
+    void* parent = owner ? owner->GetNativeHandle() : nullptr;
+    if (!host->Create(parent, nullptr, PickerName, rect, true, true, style))
         return false;
     frame->SetDrawingEnabled(true);
     host->StartMasterUpdateTimer(33);

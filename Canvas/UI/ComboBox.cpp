@@ -196,6 +196,9 @@ bool ComboBox::OpenPopup()
         GetCanvas(), "ComboBox Popup Host Window", nullptr, nullptr));
     if (!host)
         return false;
+    // A transient list: live design never works on it, nor takes the selection away to it.
+    if (host->GetFrame())
+        host->GetFrame()->SetDesignDisable(true);
     PrimitiveFactory* factory = GetCanvas()->GetPrimitiveFactory();
     ComboBoxPopup* made = factory ? factory->CreateComboBoxPopup(host.get(), this) : nullptr;
     popup = made ? made : new ComboBoxPopup(host.get(), this);

@@ -19,6 +19,7 @@
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/Native/PopupMenu.h"
 #include "Canvas/UI/PixelZoom.h"
+#include "Canvas/UI/PropertyEditor.h"
 #include "Canvas/UI/SimpleEdit.h"
 #include "Canvas/UI/SimplePushButton.h"
 #include "Canvas/UI/Text.h"
@@ -398,8 +399,6 @@ void DesignAid::enableControls(bool enable)
     forceCheckBox->SetEnabled(enable);
     for (SimplePushButton* button : buttons)
         button->SetEnabled(enable);
-    // The property editor is a tool of its own, still to come.
-    buttons[EditPropertiesButton]->SetEnabled(false);
     setSaveLayoutButtonState();
 }
 
@@ -953,10 +952,80 @@ void DesignAid::UpdatePropertyEditorVisibility()
 
 void DesignAid::showPropertyEditor()
 {
-    // The property editor is a tool of its own, still to come: there is nothing to show.
+    if (!activeDesign())
+        return;
+    Canvas* canvas = GetFrame()->GetCanvas();
+    if (!propertyEditorHost && canvas)
+    {
+        String const name("Property Editor Host Window");
+        // Made with the canvas's design flag down, so that the editor never designs itself.
+        bool const designEnabled = canvas->IsDesignEnabled();
+        canvas->SetDesignEnabled(false);
+        std::unique_ptr<Native::HostWindow> made(Native::PlatformSupportFactory::CreateHostWindow(
+            canvas, name, nullptr, canvas->GetConfigFile()));
+        Frame* frame = made ? made->GetFrame() : nullptr;
+        bool created = false;
+        if (frame)
+        {
+            propertyEditor = new PropertyEditor(frame, this);
+            // An ordinary window, so that the colour picker and the file dialogs it opens come
+            // up above it.
+            Native::HostWindowStyle style;
+            style.systemButtons = true;
+            style.resizable = true;
+            // Beside the panel until the user moves it; then where it was left.
+            Rect const client = Rect::FromXYWH(DefaultX + DefaultWidth + 20, DefaultY, 360, 500);
+            Rect const window = Native::PlatformSupportFactory::ConvertClientToWindowRect(
+                client, false, style, name);
+            made->SetMinClientSize(250, 200);
+            made->SetCaption(String("Property Editor"), false);
+            created = made->CreateSerialized(nullptr, nullptr, name, window, false, false, style,
+                                             false, true);
+        }
+        canvas->SetDesignEnabled(designEnabled);
+        if (!created)
+        {
+            propertyEditor = nullptr;
+            return;
+        }
+        Rect const client = made->GetClientRect();
+        propertyEditor->SetGeometry(0, 0, client.Width(), client.Height());
+        made->StartMasterUpdateTimer(33);
+        made->signalCloseRequest.Connect(&DesignAid::slotPropertyEditorCloseRequest, this);
+        signalSelectionChanged.Connect(&PropertyEditor::slotUpdateSelectedWindows, propertyEditor);
+        signalFrameChanged.Connect(&PropertyEditor::slotUpdateSelectedWindows, propertyEditor);
+        signalLayoutLoaded.Connect(&PropertyEditor::slotUpdateSelectedWindows, propertyEditor);
+        signalTreeChanged.Connect(&PropertyEditor::updateParentTextAndButton, propertyEditor);
+        signalResourcePathChanged.Connect(&PropertyEditor::slotResourceOverrideChanged,
+                                          propertyEditor);
+        propertyEditorHost = std::move(made);
+    }
+    if (!propertyEditorHost)
+        return;
+    signalResourcePathChanged();
+    propertyEditor->slotUpdateSelectedWindows();
+    propertyEditorHost->Show(false);
+    propertyEditorVisible->set(true);
 }
 
-void DesignAid::hidePropertyEditor() {}
+void DesignAid::hidePropertyEditor()
+{
+    if (propertyEditorHost)
+        propertyEditorHost->Hide();
+}
+
+void DesignAid::slotPropertyEditorCloseRequest()
+{
+    // The close box only hides the editor, and remembers that it is hidden.
+    propertyEditorHost->VetoClose();
+    propertyEditorVisible->set(false);
+    hidePropertyEditor();
+}
+
+bool DesignAid::IsPropertyEditorVisible() const
+{
+    return propertyEditorHost && propertyEditorHost->IsVisible();
+}
 
 std::unique_ptr<Native::HostWindow> DesignAid::makeToolHost(String const& name,
                                                             String const& caption,

@@ -19,6 +19,7 @@ class CheckBox;
 class Design;
 class Edit;
 class PixelZoom;
+class PropertyEditor;
 class SimpleEdit;
 class SimplePushButton;
 class Text;
@@ -100,6 +101,9 @@ public:
     void ToggleForceDesignEnable();
     void TogglePropertyEditorVisibility();
     void UpdatePropertyEditorVisibility();
+    /// The property editor, once it has been shown; null before.
+    PropertyEditor* GetPropertyEditor() const { return propertyEditor; }
+    bool IsPropertyEditorVisible() const;
     /// Make the window maker ("Window Maker Host Window") or the window tree ("Window Tree Host
     /// Window") on first need and show it; nothing without an active design. Their close boxes
     /// only hide them.
@@ -176,6 +180,7 @@ private:
     std::unique_ptr<Native::HostWindow> makeToolHost(String const& name, String const& caption,
                                                      Rect const& client,
                                                      Window* (*make)(Frame*, DesignAid*));
+    void slotPropertyEditorCloseRequest();
 
     Native::HostWindow* host;
     Frame* designFrame = nullptr;
@@ -195,6 +200,9 @@ private:
     SimplePushButton* resourceClearButton = nullptr;
     std::unique_ptr<Controller::BoolParamConfigFile> snapToGuides;
     std::unique_ptr<Controller::BoolParamConfigFile> propertyEditorVisible;
+    std::unique_ptr<Native::HostWindow> propertyEditorHost;
+    /// Owned by the frame of `propertyEditorHost`.
+    PropertyEditor* propertyEditor = nullptr;
     std::vector<Window*> selectedWindows;
     bool hostCreated = false;
     std::unique_ptr<Native::HostWindow> windowMakerHost;

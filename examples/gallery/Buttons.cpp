@@ -2,11 +2,14 @@
 // that scripts can follow what happened: "clicked <name>", "toggled <name>: on|off" and
 // "chose <value>". The "About…" button also opens the About box.
 
+#include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/CheckBox.h"
+#include "Canvas/UI/Frame.h"
 #include "Canvas/UI/Hyperlink.h"
 #include "Canvas/UI/OnOffButton.h"
 #include "Canvas/UI/RadioButton.h"
 #include "Canvas/UI/SimplePushButton.h"
+#include "TvBase/Controller/BoolParamMemory.h"
 #include "TvBase/Controller/EnumParamMemory.h"
 #include "examples/gallery/Gallery.h"
 
@@ -72,6 +75,11 @@ int AddButtons(Page* page, int y)
                                               }));
     y += 30;
 
+    // A switch that the property editor offers to the check box and the on-off button, whose
+    // "Controller Key Path" properties can bind them to it.
+    static Controller::BoolParamMemory sharedSwitch(false);
+    frame->GetCanvas()->SetValueForKey(String("Shared Switch"),
+                                       static_cast<Controller::BoolParam*>(&sharedSwitch));
     UI::SimpleCheckBox* check = new UI::SimpleCheckBox(frame, page, "Check Box");
     check->SetLabel("Check box");
     check->SetGeometry(Left, y, 160, 16);

@@ -3,6 +3,7 @@
 // "scrolled <x> <y>" and choosing a tab "tab <caption>", so that scripts can follow.
 
 #include "Canvas/TestAutomation/RPCServerInterface.h"
+#include "Canvas/UI/Borders.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
@@ -30,22 +31,30 @@ unsigned int const Ink = 0xFF202020;
 int const RowCount = 300;
 int const RowHeight = 20;
 
-/// A window filled with one colour, with a one-pixel outline when `outline` is not 0.
+/// A window filled with one colour, with a one-pixel outline when `outline` is not 0. Its fill
+/// and a border are the properties "Fill Color" and "Border Style", for the property editor.
 class Swatch : public UI::Window
 {
 public:
     Swatch(UI::Frame* frame, UI::Window* parent, String const& name, unsigned int fill,
            unsigned int outline = 0)
-        : Window(frame, parent, name), fill(fill), outline(outline)
+        : Window(frame, parent, name), outline(outline)
     {
+        CreateProperty<unsigned int>("Fill Color", fill);
+        CreateProperty("Border Style", UI::Borders::None);
+        WatchProperty("Fill Color", &Swatch::repaint);
+        WatchProperty("Border Style", &Swatch::repaint);
     }
 
     void Draw(UI::DrawContext* context) override
     {
         UI::Rect const all(0, GetWidth() - 1, 0, GetHeight() - 1);
-        context->DrawBox(all, UI::DrawContext::Filled, fill, 255);
+        context->DrawBox(all, UI::DrawContext::Filled, fill(), 255);
         if (outline)
             context->DrawBox(all, UI::DrawContext::Outline, outline, 255);
+        checked_value<UI::Borders::BorderStyle> const style =
+            GetProperty<UI::Borders::BorderStyle>("Border Style");
+        UI::Borders(style ? *style : UI::Borders::None, Ink).Draw(context, all, 255);
         Window::Draw(context);
     }
 
@@ -55,12 +64,18 @@ public:
     {
         if (request != "GetInfo" || !reply)
             return false;
-        reply->SetValue("color", String("%1").Arg(fill, 16u).CStr());
+        reply->SetValue("color", String("%1").Arg(fill(), 16u).CStr());
         return true;
     }
 
 private:
-    unsigned int fill;
+    unsigned int fill() const
+    {
+        checked_value<unsigned int> const value = GetProperty<unsigned int>("Fill Color");
+        return value ? *value : 0u;
+    }
+    void repaint() { Update(); }
+
     unsigned int outline;
 };
 
