@@ -191,8 +191,8 @@ TEST(Keyboard, ALinkReachedByTabInAScrolledListComesIntoViewAndReturnActivatesIt
 
 TEST(Keyboard, TheIndicatorRingsTheFocusAndMovesToTheNextOneIn125Milliseconds)
 {
+    unsigned int now = 1000; // outlives the scene, whose handler reads it to the end
     Scene s;
-    unsigned int now = 1000;
     UI::AnimationHandler* handler = s.frame->GetAnimationHandler();
     handler->SetClock([&now] { return now; });
     auto* indicator = dynamic_cast<UI::SimpleFocusIndicator*>(s.frame->GetFocusIndicator());
