@@ -25,7 +25,9 @@
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/FocusIndicator.h"
 #include "Canvas/UI/HotDraw.h"
+#include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/Native/HostWindow.h"
+#include "Canvas/UI/ScrollView.h"
 #include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/Window.h"
 #include "Canvas/UI/detail/DebugReport.h"
@@ -84,6 +86,44 @@ private:
 bool isUsableForFocus(Window* w)
 {
     return w && w->IsVisibleTo(nullptr) && w->IsEnabledTo(nullptr);
+}
+
+// The scroll view that scrolls `w` as one of its children; null for none.
+ScrollView* scrollViewOf(Window* w)
+{
+    for (Window* a = w->GetParent(); a; a = a->GetParent())
+    {
+        ScrollView* view = dynamic_cast<ScrollView*>(a);
+        if (view && view->GetChildIndex(w).present)
+            return view;
+    }
+    return nullptr;
+}
+
+// Tab reaches a window that is hidden only because a scroll view has scrolled it out of sight.
+bool isReachableByTab(Window* w)
+{
+    if (!w || !w->IsEnabledTo(nullptr))
+        return false;
+    for (Window* c = w; c; c = c->GetParent())
+    {
+        if (c->IsVisible())
+            continue;
+        ScrollView* view = scrollViewOf(c);
+        if (!view || !view->GetChildren()[*view->GetChildIndex(c)].visible)
+            return false;
+    }
+    return true;
+}
+
+// A window reached by the keyboard comes into view in every scrolled area around it.
+void scrollIntoView(Window* w)
+{
+    for (Window* c = w; c; c = c->GetParent())
+    {
+        if (ScrollView* view = scrollViewOf(c))
+            view->EnsureVisible(c);
+    }
 }
 
 bool deliverKey(Window* w, KeyboardMessage message, unsigned int keyCode, char character,
@@ -445,6 +485,10 @@ void Frame::onWindowDestroy(Window* w, bool frameChanging)
             activeDialog = nullptr;
         if (inside(focusIndicator))
             focusIndicator = nullptr;
+        if (inside(defaultButton))
+            defaultButton = nullptr;
+        if (inside(cancelButton))
+            cancelButton = nullptr;
         if (inside(topLevelWindow))
             topLevelWindow = nullptr;
         for (auto m = mouseOver.begin(); m != mouseOver.end();)
@@ -747,7 +791,32 @@ bool Frame::handleKeyboardMessageInner(KeyboardMessage message, unsigned int key
             return true;
         w = parent;
     }
-    return false;
+    return message == KeyPress && activateByKey(keyCode, flags, repeat);
+}
+
+// Keys that nothing on the focus path took. Return, and Space where the window takes no
+// typing, work as the focused window's own activation key (Enter), which is the key a user
+// here presses on a button or a link; then Return and Enter go to the default button and
+// Escape to the cancel button, each pressed and let go at once.
+bool Frame::activateByKey(unsigned int keyCode, unsigned int flags, bool repeat)
+{
+    bool const activates = keyCode == KeyCode::Return ||
+                           (keyCode == KeyCode::Space && focus && !focus->NeedsEnterKey());
+    if (activates && isUsableForFocus(focus) && focus->onKeyPress(KeyCode::Enter, flags, repeat))
+        return true;
+    if (repeat)
+        return false;
+    Window* target = nullptr;
+    if (keyCode == KeyCode::Return || keyCode == KeyCode::Enter)
+        target = defaultButton;
+    else if (keyCode == KeyCode::Escape)
+        target = cancelButton;
+    if (!isUsableForFocus(target) || !target->onKeyPress(KeyCode::Enter, flags, false))
+        return false;
+    // The click may have destroyed the button; the frame has forgotten it then.
+    if (target == defaultButton || target == cancelButton)
+        target->onKeyRelease(KeyCode::Enter, flags);
+    return true;
 }
 
 // ============================================================================================
@@ -876,9 +945,12 @@ void Frame::moveFocus(bool forward)
     do
     {
         i = forward ? (i + 1) % n : (i + n - 1) % n;
-    } while (i != start && !isUsableForFocus(focusOrder[i]));
-    if (isUsableForFocus(focusOrder[i]))
+    } while (i != start && !isReachableByTab(focusOrder[i]));
+    if (isReachableByTab(focusOrder[i]))
+    {
+        scrollIntoView(focusOrder[i]);
         SetFocus(focusOrder[i]);
+    }
     startFocusIndicator();
     UpdateFocusIndicator(false);
 }

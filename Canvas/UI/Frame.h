@@ -199,6 +199,14 @@ public:
     /// Installs the indicator window (a top-level window of this frame, kept on top); hidden.
     void SetFocusIndicator(FocusIndicator* indicator);
     FocusIndicator* GetFocusIndicator() const { return focusIndicator; }
+    /// The window that Return (and Enter) activates when the focused window has no use for
+    /// it, as if it had been clicked; null for none. Usually the window's main button.
+    void SetDefaultButton(Window* w) { defaultButton = w; }
+    Window* GetDefaultButton() const { return defaultButton; }
+    /// The window that Escape activates when the focused window has no use for it; null for
+    /// none. Usually the button that closes the window or stops its work.
+    void SetCancelButton(Window* w) { cancelButton = w; }
+    Window* GetCancelButton() const { return cancelButton; }
     /// A previous holder first gets `onMouseRelease` at (0, 0).
     void SetMouseCapture(Window* w);
     void ReleaseMouseCapture() { mouseCapture = nullptr; }
@@ -246,6 +254,7 @@ private:
                                     unsigned int flags, bool repeat, bool& consumedByDesign);
     void moveFocus(bool forward);
     void startFocusIndicator();
+    bool activateByKey(unsigned int keyCode, unsigned int flags, bool repeat);
     bool hotDrawApplies();
     void eraseTimerAt(std::size_t index);
     unsigned int now() const;
@@ -271,6 +280,8 @@ private:
     checked_value<unsigned int> focusIndicatorStarted;
     std::vector<Window*> focusOrder;
     FocusIndicator* focusIndicator = nullptr;
+    Window* defaultButton = nullptr;
+    Window* cancelButton = nullptr;
     Window* mouseCapture = nullptr;
     String layoutName;
     Dialog::Base* activeDialog = nullptr;

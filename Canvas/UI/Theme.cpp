@@ -10,7 +10,7 @@
 #include "Canvas/UI/SliderGroup.h"
 #include "Canvas/UI/Splitter.h"
 
-#include "Canvas/UI/FocusIndicator.h"
+#include "Canvas/UI/SimpleFocusIndicator.h"
 
 namespace UI
 {
@@ -83,7 +83,7 @@ Theme& Theme::CreateSliderGroup(SliderGroupCreator f)
 
 FocusIndicator* CreateFocusIndicator(Frame* frame, Window* parent)
 {
-    return new FocusIndicator(frame, parent, "FocusIndicator");
+    return new SimpleFocusIndicator(frame, parent, "FocusIndicator");
 }
 
 namespace

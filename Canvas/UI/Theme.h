@@ -90,8 +90,8 @@ public:
 /// toolkit yet is left empty.
 Theme& GetCanvasTheme();
 
-/// The default focus indicator: a hidden top-level window named "FocusIndicator" that marks the
-/// focused window with nothing but its place.
+/// The default focus indicator: a hidden `SimpleFocusIndicator` named "FocusIndicator", a ring
+/// around the focused window.
 FocusIndicator* CreateFocusIndicator(Frame* frame, Window* parent);
 
 } // namespace UI

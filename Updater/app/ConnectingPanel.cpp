@@ -39,6 +39,10 @@ ConnectingPanel::ConnectingPanel(std::vector<String> const&, Canvas* canvas,
     cancelButton->signalClicked.Connect(&ConnectingPanel::slotCancelButtonClicked, this);
 
     GetFrame()->SetTopLevelWindow(this);
+    // Cancel is the window's only action: Tab finds it, and Return and Escape press it.
+    GetFrame()->SetFocusOrder({cancelButton});
+    GetFrame()->SetDefaultButton(cancelButton);
+    GetFrame()->SetCancelButton(cancelButton);
     Rect const client = host->GetClientRect();
     SetGeometry(0, 0, client.Width(), client.Height());
     onSetGeometry();

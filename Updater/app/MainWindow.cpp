@@ -110,6 +110,9 @@ MainWindow::MainWindow(std::vector<String> const&, Canvas* canvas, Native::HostW
     closeButton->signalClicked.Connect(&MainWindow::slotCloseClicked, this);
     updatesPanel = new UpdatesPanel(frame, this, String("Updates Panel"));
     frame->SetTopLevelWindow(this);
+    // Close is the window's action for Return and Escape alike.
+    frame->SetDefaultButton(closeButton);
+    frame->SetCancelButton(closeButton);
 
     host->signalPreDestroy.Connect(&MainWindow::slotHostPreDestroy, this);
     host->SetMasterUpdateCallback(&MainWindow::masterUpdateTimer, this);
@@ -242,6 +245,7 @@ void MainWindow::handleUpdate()
     }
 
     updatesPanel->CreateUI(updaterThread);
+    setFocusOrder();
     GetHostWindow()->Show(true);
     if (connectingHost)
         connectingHost->Close();
@@ -274,6 +278,17 @@ void MainWindow::handleMarketing()
     if (!record->altText.IsEmpty())
         messageButton->SetToolTipText(record->altText);
     messageButton->signalClicked.Connect(&MainWindow::slotMarketingImageClicked, this);
+    setFocusOrder();
+}
+
+void MainWindow::setFocusOrder()
+{
+    std::vector<Window*> order;
+    updatesPanel->AppendFocusOrder(order);
+    order.push_back(closeButton);
+    if (messageButton)
+        order.push_back(messageButton);
+    GetFrame()->SetFocusOrder(order);
 }
 
 void MainWindow::slotCloseClicked()

@@ -78,6 +78,8 @@ private:
     void slotCloseClicked();
     void slotMarketingImageClicked();
     void slotHostPreDestroy();
+    /// Tab goes through the "Update" links, top to bottom, then Close and the banner.
+    void setFocusOrder();
 
     SimpleBannerBG* background = nullptr;
     Updater::UpdaterThread* updaterThread;

@@ -18,6 +18,7 @@ public:
                 String const& installedVersion, String const& availableVersion, String const& url);
 
     String const& GetURL() const { return url; }
+    Hyperlink* GetUpdateLink() const { return updateLink; }
 
     /// Moves the link so that its right edge lands at W - 8 when it lies past W - 1 or before
     /// W - 9; between those limits it stays where the layout put it.

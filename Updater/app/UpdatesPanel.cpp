@@ -4,6 +4,8 @@
 #include "Updater/app/UpdaterLook.h"
 #include "Updater/app/UpdaterThread.h"
 
+#include "Canvas/UI/Hyperlink.h"
+
 #include "Canvas/UI/Borders.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/ScrollView.h"
@@ -56,6 +58,15 @@ void UpdatesPanel::addEntry(Updater::UpdateEntry const& entry)
         entry.productName, entry.installedVersion, entry.availableVersion, entry.updateUrl);
     item->SetGeometry(0, 0, scrollView->GetWidth(), 30);
     scrollView->AddChild(checked_value<unsigned int>(), item, Point(0, 0));
+}
+
+void UpdatesPanel::AppendFocusOrder(std::vector<Window*>& order) const
+{
+    for (ScrollView::Info const& info : scrollView->GetChildren())
+    {
+        if (ProgramItem* item = dynamic_cast<ProgramItem*>(info.window))
+            order.push_back(item->GetUpdateLink());
+    }
 }
 
 void UpdatesPanel::Draw(DrawContext* context)

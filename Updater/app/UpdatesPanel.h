@@ -34,6 +34,8 @@ public:
     void slotTest() {}
 
     ScrollView* GetScrollView() const { return scrollView; }
+    /// Appends each row's "Update" link, top to bottom, to a Tab order.
+    void AppendFocusOrder(std::vector<Window*>& order) const;
 
     void Draw(DrawContext* context) override;
     void onSetGeometry() override;

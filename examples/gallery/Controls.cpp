@@ -12,6 +12,7 @@
 #include "Canvas/UI/ColorConversion.h"
 #include "Canvas/UI/ColorPicker.h"
 #include "Canvas/UI/DrawContext.h"
+#include "Canvas/UI/FocusOrder.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/Knob.h"
 #include "Canvas/UI/Native/HostWindow.h"
@@ -246,6 +247,7 @@ std::unique_ptr<ControlsWindow> ControlsWindow::Open(UI::Canvas* canvas,
     ControlsPanel* panel = new ControlsPanel(frame, window->host.get());
     panel->Hide();
     frame->SetTopLevelWindow(panel);
+    frame->SetFocusOrder(UI::CollectFocusOrder(panel));
     UI::Native::HostWindowStyle style;
     style.systemButtons = true;
     UI::Point const corner = owner ? owner->GetScreenPos() : UI::Point(0, 0);

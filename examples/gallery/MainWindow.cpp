@@ -56,15 +56,10 @@ public:
             new UI::SimplePushButton(frame, this, "Close Button", "Close");
         button->SetGeometry(AboutWidth - 96, AboutHeight - 38, 80, 22);
         button->signalClicked.Connect(nullptr, close);
-    }
-
-    /// Escape closes the box, as its Close button does.
-    bool onKeyPress(unsigned int keyCode, unsigned int, bool) override
-    {
-        if (keyCode != UI::KeyCode::Escape)
-            return false;
-        close();
-        return true;
+        // Return and Escape close the box, as its Close button does.
+        frame->SetFocusOrder({button});
+        frame->SetDefaultButton(button);
+        frame->SetCancelButton(button);
     }
 
     void Draw(UI::DrawContext* context) override

@@ -11,6 +11,7 @@
 // (or named by TV_TEST_AUTOMATION_MODULE); without it nothing differs.
 
 #include "Canvas/UI/Canvas.h"
+#include "Canvas/UI/FocusOrder.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/Native/HostCanvasPlatform.h"
 #include "Canvas/UI/Native/HostWindow.h"
@@ -66,6 +67,7 @@ int main(int argc, char** argv)
 
     Gallery::MainWindow* window = new Gallery::MainWindow(host.get(), &config);
     int const height = Gallery::Build(window->GetPage());
+    frame->SetFocusOrder(UI::CollectFocusOrder(window->GetPage()));
 
     UI::Native::HostWindowStyle style;
     style.resizable = true;

@@ -1,5 +1,6 @@
 #include "Canvas/UI/Frame.h"
 
+#include "Canvas/UI/AnimationHandler.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/Dialog/Base.h"
@@ -678,6 +679,8 @@ TEST(FrameFocus, NativeFocusLossRemembersTheWindow)
 TEST(FrameFocus, TheIndicatorCoversTheFocusedWindowWhileTheTimerRuns)
 {
     FocusScene s;
+    // Moves without the animation handler are immediate.
+    s.frame->GetAnimationHandler()->SetEnabled(false);
     UI::FocusIndicator* indicator = new UI::FocusIndicator(s.frame.get(), nullptr, "Indicator");
     s.frame->SetFocusIndicator(indicator);
     RecordingWindow* late = s.Make(nullptr, "Late", 0, 0, 5, 5);
