@@ -76,11 +76,7 @@ TEST(FontOpening, AFaceThatCannotBeOpenedMeasuresZeroAndDrawsNothing)
         EXPECT_FALSE(raw.IsValid());
         std::vector<UI::GlyphInfo> glyphs;
         EXPECT_EQ(0u, raw.GetStringWidth("Hello", glyphs));
-        EXPECT_TRUE(raw.renderTextToBits(UI::Point(0, 0), "Hello", 0xFF000000, 255,
-                                         picture.Bounds(), picture.Bits(), picture.width,
-                                         picture.Size(), UI::HAlignLeft, UI::VAlignTop, UI::Rect(),
-                                         glyphs)
-                        .IsEmpty());
+        EXPECT_TRUE(DrawInto(raw, picture, UI::Point(0, 0), "Hello", 0xFF000000).IsEmpty());
         for (unsigned int p : picture.pixels)
             ASSERT_EQ(0xFFFFFFFFu, p);
     }
