@@ -87,6 +87,14 @@ struct Scene
         EXPECT_EQ(wrong, 0);
     }
 
+    /// The log so far, emptied.
+    Log Take()
+    {
+        Log taken;
+        taken.swap(log);
+        return taken;
+    }
+
     bool Mouse(UI::MouseMessage m, int x, int y, unsigned int flags = 0, int delta = 0)
     {
         return frame->HandleMouseMessage(m, Point(x, y), flags, delta);
@@ -347,7 +355,7 @@ TEST(FrameMouse, ATransparentWindowIsNotPaintedButTakesInput)
     s.Settle();
     EXPECT_EQ(s.Pixel(5, 5), kGrey);
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 5, 5));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Ghost:press(5,5)"}));
+    EXPECT_EQ(s.Take(), (Log{"Ghost:press(5,5)"}));
 }
 
 TEST(FrameMouse, TheTopmostWindowTakesTheMessageFirstAndRefusalsFallThrough)
@@ -362,20 +370,17 @@ TEST(FrameMouse, TheTopmostWindowTakesTheMessageFirstAndRefusalsFallThrough)
 
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 35, 35));
     // Over refused; Left, below it, took the press in its own coordinates.
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Over:press(5,5)", "Left:press(25,25)"}));
-    s.log.clear();
+    EXPECT_EQ(s.log, (Log{"Over:press(5,5)", "Left:press(25,25)"}));
 
     over->SetEnabled(false);
     EXPECT_TRUE(s.Mouse(UI::MouseRightPress, 60, 60));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Back:rpress(60,60)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Back:rpress(60,60)"}));
 
     left->Hide();
     over->SetEnabled(true);
     over->takesMouse = true;
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 20, 20));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Back:press(20,20)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Back:press(20,20)"}));
 
     // Outside every window, and outside the frame.
     back->takesMouse = false;
@@ -394,8 +399,7 @@ TEST(FrameMouse, MovesWithoutButtonsReachOnlyTrackingWindows)
     // Above doesn't track: the move is answered false there and goes on below.
     below->SetMouseTracking(true);
     EXPECT_TRUE(s.Mouse(UI::MouseMove, 10, 10));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Below:move(10,10)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Below:move(10,10)"}));
 
     below->SetMouseTracking(false);
     EXPECT_FALSE(s.Mouse(UI::MouseMove, 10, 10));
@@ -403,7 +407,7 @@ TEST(FrameMouse, MovesWithoutButtonsReachOnlyTrackingWindows)
 
     // With a button held every window sees moves.
     EXPECT_TRUE(s.Mouse(UI::MouseMove, 10, 10, UI::FlagLeftButton));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Above:move(10,10)"}));
+    EXPECT_EQ(s.Take(), (Log{"Above:move(10,10)"}));
 }
 
 TEST(FrameMouse, CaptureTakesEverythingAndHandsOverWithARelease)
@@ -420,12 +424,10 @@ TEST(FrameMouse, CaptureTakesEverythingAndHandsOverWithARelease)
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 65, 65));
     EXPECT_TRUE(s.Mouse(UI::MouseMove, 0, 0));
     EXPECT_TRUE(s.Mouse(UI::MouseWheel, 20, 20, 0, -3));
-    EXPECT_EQ(s.log,
-              (std::vector<std::string>{"A:press(50,50)", "A:move(-15,-15)", "A:wheel-3(5,5)"}));
-    s.log.clear();
+    EXPECT_EQ(s.log, (Log{"A:press(50,50)", "A:move(-15,-15)", "A:wheel-3(5,5)"}));
 
     s.frame->SetMouseCapture(b);
-    EXPECT_EQ(s.log, (std::vector<std::string>{"A:release(0,0)"}));
+    EXPECT_EQ(s.Take(), (Log{"A:release(0,0)"}));
     s.frame->ReleaseMouseCapture();
     EXPECT_EQ(s.frame->GetMouseCapture(), nullptr);
 
@@ -448,15 +450,14 @@ TEST(FrameMouse, EnterAndExitFollowTheTrackingWindowsUnderThePointer)
 
     // Without the mouse inside the frame nothing is tracked.
     s.Mouse(UI::MouseMove, 15, 15);
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Inner:move(5,5)", "Outer:move(15,15)"}));
-    s.log.clear();
+    EXPECT_EQ(s.log, (Log{"Inner:move(5,5)", "Outer:move(15,15)"}));
 
     s.frame->HandleMouseEnter();
     s.Mouse(UI::MouseMove, 15, 15);
     EXPECT_EQ(s.frame->GetMouseOverWindows(), (std::set<Window*>{outer, inner}));
     std::vector<std::string> enters(s.log.begin(), s.log.begin() + 2);
     std::sort(enters.begin(), enters.end());
-    EXPECT_EQ(enters, (std::vector<std::string>{"Inner:enter", "Outer:enter"}));
+    EXPECT_EQ(enters, (Log{"Inner:enter", "Outer:enter"}));
     s.log.clear();
 
     s.Mouse(UI::MouseMove, 80, 10);
@@ -470,7 +471,7 @@ TEST(FrameMouse, EnterAndExitFollowTheTrackingWindowsUnderThePointer)
     s.log.clear();
 
     s.frame->HandleMouseExit();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Other:exit"}));
+    EXPECT_EQ(s.Take(), (Log{"Other:exit"}));
     EXPECT_TRUE(s.frame->GetMouseOverWindows().empty());
 }
 
@@ -498,7 +499,7 @@ TEST(FrameMouse, DialogsRestrictOrRefuseInput)
     // Keys: the top-level window is asked before the animation check.
     back->takesKeys = false;
     EXPECT_FALSE(s.Key('A'));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Back:key65"}));
+    EXPECT_EQ(s.log, (Log{"Back:key65"}));
 
     int closed = 0;
     s.frame->signalDialogClosed.Connect(nullptr, boost::function<void()>([&] { ++closed; }));
@@ -624,14 +625,13 @@ TEST(FrameFocus, KeysGoToTheTopLevelWindowThenUpFromTheFocus)
     s.log.clear();
 
     EXPECT_FALSE(s.Key('Q'));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Root:key81", "Field:key81", "B:key81"}));
-    s.log.clear();
+    EXPECT_EQ(s.log, (Log{"Root:key81", "Field:key81", "B:key81"}));
 
     s.b->takesKeys = true;
     EXPECT_TRUE(s.frame->HandleKeyboardMessage(UI::KeyCharacter, 0, 'q', 0, false));
     EXPECT_TRUE(s.frame->HandleKeyboardMessage(UI::KeyRelease, 81, 0, 0, false));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Root:charq", "Field:charq", "B:charq", "Root:up81",
-                                               "Field:up81", "B:up81"}));
+    EXPECT_EQ(s.Take(),
+              (Log{"Root:charq", "Field:charq", "B:charq", "Root:up81", "Field:up81", "B:up81"}));
     // A handled key starts the focus indicator's timer.
     EXPECT_TRUE(s.frame->GetFocusIndicatorStarted());
 }
@@ -650,7 +650,7 @@ TEST(FrameFocus, UnhandledKeysGoToTheCurrentFrame)
     s.canvas.SetCurrentFrame(&other);
     s.log.clear();
     EXPECT_TRUE(s.Key('Z'));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Root:key90", "Other Root:key90"}));
+    EXPECT_EQ(s.log, (Log{"Root:key90", "Other Root:key90"}));
 }
 
 TEST(FrameFocus, NativeFocusLossRemembersTheWindow)
@@ -727,10 +727,9 @@ TEST(FrameTimers, DueTimersFireOneShotsEndAndLongOnesWait)
     s.frame->SetTimer(s.w, 0, true);
     s.frame->SetTimer(s.w, 3600000);
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer2"}));
-    s.log.clear();
+    EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer2"}));
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1"}));
+    EXPECT_EQ(s.Take(), (Log{"W:timer1"}));
     EXPECT_EQ(s.frame->GetTimers().size(), 2u);
 }
 
@@ -745,7 +744,7 @@ TEST(FrameTimers, ATimerThatEndsItselfLetsTheNextOneFire)
             s.frame->EndTimer(id);
     };
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer2"}));
+    EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer2"}));
     ASSERT_EQ(s.frame->GetTimers().size(), 1u);
     EXPECT_EQ(s.frame->GetTimers()[0].id, 2u);
 }
@@ -768,10 +767,9 @@ TEST(FrameTimers, TimersMadeInsideOnTimerWaitForTheNextPass)
         }
     };
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer2"}));
-    s.log.clear();
+    EXPECT_EQ(s.log, (Log{"W:timer2"}));
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer2", "W:timer3"}));
+    EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer2", "W:timer3"}));
 }
 
 TEST(FrameTimers, AWindowThatDiesTakesItsTimersAlong)
@@ -791,7 +789,7 @@ TEST(FrameTimers, AWindowThatDiesTakesItsTimersAlong)
         }
     };
     s.canvas.TickFrameTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer3"}));
+    EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer3"}));
     EXPECT_EQ(s.frame->GetTimers().size(), 2u);
 }
 
