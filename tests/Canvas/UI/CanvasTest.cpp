@@ -383,7 +383,7 @@ TEST(CanvasFrames, FocusIndicatorComesFromTheTheme)
     EXPECT_EQ(nullptr, frame2->GetFocusIndicator());
 }
 
-TEST(CanvasCommands, WindowsAndFramesReachTheCanvasCommands)
+TEST(CanvasServices, WindowsReachTheCanvasCommandsTranslatorAndPalette)
 {
     UI::Canvas canvas("Commands");
     NativeWindow host;
@@ -403,15 +403,8 @@ TEST(CanvasCommands, WindowsAndFramesReachTheCanvasCommands)
     EXPECT_TRUE(frame->ExecuteCommand(Command::CommandInvocation("Test.Do", nullptr)));
     EXPECT_EQ(nullptr, seenWindow);
     EXPECT_FALSE(w->ExecuteCommand("Test.Unknown", w));
-}
 
-TEST(CanvasTranslation, WindowsTranslateThroughTheCanvasTranslator)
-{
-    UI::Canvas canvas("Words");
-    NativeWindow host;
-    std::unique_ptr<UI::Frame> frame = makeFrame(canvas, host);
-    UI::Window* w = makeWindow(frame.get(), nullptr, "W");
-
+    // Windows translate through the canvas translator.
     Language::Translator* first = canvas.GetTranslator();
     ASSERT_NE(nullptr, first);
     EXPECT_EQ(first, canvas.GetTranslator());
@@ -426,15 +419,8 @@ TEST(CanvasTranslation, WindowsTranslateThroughTheCanvasTranslator)
     EXPECT_EQ(String("Schliessen"), w->tr("Close"));
     EXPECT_EQ(String("Schliessen"), frame->tr("Close"));
     EXPECT_EQ(String("Open"), w->tr("Open"));
-}
 
-TEST(CanvasPalette, WindowsReadThePaletteThroughTheCanvas)
-{
-    UI::Canvas canvas("Colors");
-    NativeWindow host;
-    std::unique_ptr<UI::Frame> frame = makeFrame(canvas, host);
-    UI::Window* w = makeWindow(frame.get(), nullptr, "W");
-
+    // And read the palette through the canvas.
     EXPECT_FALSE(static_cast<bool>(w->GetPaletteColor("Text")));
     canvas.SetPaletteColor("Text", 0xFF102030u);
     canvas.SetPaletteAlpha("Shade", 128);

@@ -131,7 +131,7 @@ void recordPresent(boost::shared_ptr<UI::Native::DIBSection> const&, void*, CGCo
 
 // ---- invalid regions
 
-TEST(FrameInvalidate, RegionsMergeOnlyWhileTheUnionStaysSmall)
+TEST(FrameInvalidate, RegionsMergeOnlyWhileTheUnionStaysSmallAndABridgeFoldsThemIntoTheFirst)
 {
     Scene s(200, 200);
     s.Settle();
@@ -156,11 +156,8 @@ TEST(FrameInvalidate, RegionsMergeOnlyWhileTheUnionStaysSmall)
               (std::vector<Rect>{Rect(0, 99, 50, 59), Rect(50, 59, 0, 99)}));
     EXPECT_EQ(s.host.invalidated.size(), 2u);
     EXPECT_EQ(s.host.posts, 2);
-}
 
-TEST(FrameInvalidate, ABridgeFoldsSeveralRegionsIntoTheFirst)
-{
-    Scene s(200, 200);
+    // A bridge folds several regions into the first.
     s.Settle();
     s.frame->Invalidate(Rect(100, 109, 0, 9), true);
     s.frame->Invalidate(Rect(0, 9, 0, 9), true);
@@ -813,20 +810,7 @@ TEST(FrameTimers, TheFocusIndicatorTimesOut)
 
 // ---- wheel and frame geometry
 
-TEST(FrameWheel, FractionsAccumulatePerSource)
-{
-    Scene s;
-    unsigned long long id = UI::Frame::CreateWheelDeltaID(nullptr, 1);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 0);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 1);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(2.5f, id), 2);
-    // Another source starts again from nothing.
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.9f, id + 1), 0);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(-2.0f, id + 1), -1);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(1.0f, id + 2), 0);
-}
-
-TEST(FrameGeometry, TheTopLevelWindowTracksTheDrawRectangle)
+TEST(FrameGeometry, TheTopLevelWindowTracksTheDrawRectangleAndWheelFractionsAccumulatePerSource)
 {
     Scene s(50, 40);
     s.Settle();
@@ -852,6 +836,16 @@ TEST(FrameGeometry, TheTopLevelWindowTracksTheDrawRectangle)
     EXPECT_EQ(s.frame->GetTopLevelWindow(), nullptr);
     s.frame->SetTopLevelWindow(second);
     EXPECT_EQ(s.frame->GetTopLevelWindow(), second);
+
+    // Wheel fractions accumulate per source.
+    unsigned long long id = UI::Frame::CreateWheelDeltaID(nullptr, 1);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 0);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 1);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(2.5f, id), 2);
+    // Another source starts again from nothing.
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.9f, id + 1), 0);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(-2.0f, id + 1), -1);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(1.0f, id + 2), 0);
 }
 
 TEST(FrameLifetime, TheFrameDeletesOwnedTopLevelWindowsAndLeavesTheCanvas)
