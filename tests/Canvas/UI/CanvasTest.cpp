@@ -153,7 +153,7 @@ TEST(CanvasOverridePath, ResourceFolderComesFromTheCanvasKey)
     shared.RemoveValue("ResourceOverridePath.Other");
 }
 
-TEST(CanvasFonts, IndexFallsBackToFontZeroOnlyWhenAllowed)
+TEST(CanvasFonts, IndexFallsBackToFontZeroOnlyWhenAllowedAndMappingOnlyWhenRegistered)
 {
     UI::Canvas canvas("Fonts");
     EXPECT_EQ(nullptr, canvas.GetFont(checked_value<unsigned int>(), true));
@@ -175,6 +175,13 @@ TEST(CanvasFonts, IndexFallsBackToFontZeroOnlyWhenAllowed)
     canvas.SetFont(5, fonts[2]);
     EXPECT_EQ(6u, canvas.GetFontCount());
     EXPECT_EQ(nullptr, canvas.GetFont(4u, true));
+
+    // The string mapping function applies only once registered.
+    EXPECT_FALSE(canvas.IsFontStringMappingFunctionRegistered());
+    EXPECT_EQ(String("abc"), canvas.ApplyFontStringMappingFunction("abc"));
+    canvas.SetFontStringMappingFunction([](String s) { return s + "!"; });
+    EXPECT_TRUE(canvas.IsFontStringMappingFunctionRegistered());
+    EXPECT_EQ(String("abc!"), canvas.ApplyFontStringMappingFunction("abc"));
 }
 
 TEST(CanvasFonts, FirstFrameMakesArialElevenAsFontsZeroToTwo)
@@ -289,16 +296,6 @@ TEST(CanvasFontCache, CoversListedWindowsAndTheirSubtrees)
     unsigned long cId = reinterpret_cast<unsigned long>(c);
     delete c;
     EXPECT_FALSE(canvas.GetFontCache()->IsCacheEnabled(cId));
-}
-
-TEST(CanvasFontMapping, AppliesTheRegisteredFunctionOnly)
-{
-    UI::Canvas canvas("Mapping");
-    EXPECT_FALSE(canvas.IsFontStringMappingFunctionRegistered());
-    EXPECT_EQ(String("abc"), canvas.ApplyFontStringMappingFunction("abc"));
-    canvas.SetFontStringMappingFunction([](String s) { return s + "!"; });
-    EXPECT_TRUE(canvas.IsFontStringMappingFunctionRegistered());
-    EXPECT_EQ(String("abc!"), canvas.ApplyFontStringMappingFunction("abc"));
 }
 
 namespace

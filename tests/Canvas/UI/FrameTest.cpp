@@ -30,7 +30,7 @@ unsigned int const kGreen = 0xFF00FF00u;
 unsigned int const kBlue = 0xFF0000FFu;
 unsigned int const kGrey = 0xFF808080u;
 
-/// A frame on an in-memory host with a real memory draw context.
+/// A frame on an in-memory host with a real memory draw context, in a background color if given.
 struct Scene
 {
     UI::Canvas canvas{"Test"};
@@ -39,11 +39,14 @@ struct Scene
     std::unique_ptr<UI::Frame> frame;
     Log log;
 
-    explicit Scene(int width = 64, int height = 48)
+    explicit Scene(int width = 64, int height = 48,
+                   checked_value<unsigned int> background = checked_value<unsigned int>())
     {
         frame.reset(new UI::Frame(&canvas, host.Handle(), &context, Point(), "unused",
                                   Rect(0, width - 1, 0, height - 1)));
         frame->SetHostWindow(&host);
+        if (background)
+            frame->SetBackgroundColor(background);
     }
 
     /// Paints and forgets what the host was told.
@@ -201,8 +204,7 @@ TEST(FrameInvalidate, NothingPaintsUntilDrawingIsEnabled)
 
 TEST(FrameRender, FullPaintMatchesTheReferencePicture)
 {
-    Scene s(40, 30);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(40, 30, kGrey);
     RecordingWindow* back = s.Make(nullptr, "Back", 2, 2, 20, 20, kRed);
     // The child reaches past its parent and is cut at the parent's edge.
     s.Make(back, "Child", 15, 15, 10, 10, kGreen);
@@ -222,8 +224,7 @@ TEST(FrameRender, FullPaintMatchesTheReferencePicture)
 
 TEST(FrameRender, OnlyInvalidRegionsAreRepainted)
 {
-    Scene s(40, 30);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(40, 30, kGrey);
     RecordingWindow* box = s.Make(nullptr, "Box", 0, 0, 10, 10, kRed);
     s.Settle();
 
@@ -258,8 +259,7 @@ TEST(FrameRender, WithoutBackgroundAHiddenWindowLeavesItsPixels)
 
 TEST(FrameRender, BackgroundBitsOfTheFrameSizeSuppressTheColor)
 {
-    Scene s(4, 2);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(4, 2, kGrey);
     auto bits = UI::CreateDIBits(UI::Size(4, 2), kBlue);
     bits->GetPixels()[0] = kRed;
     s.frame->SetBackgroundBits(bits);
@@ -275,8 +275,7 @@ TEST(FrameRender, BackgroundBitsOfTheFrameSizeSuppressTheColor)
 
 TEST(FrameRender, RegionsReachTheHostInOrderAndRepaintPaintsAtOnce)
 {
-    Scene s(50, 50);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(50, 50, kGrey);
     UI::Native::SetDrawDIBSectionFunction(&recordPresent);
     presented.clear();
     RecordingWindow* box = s.Make(nullptr, "Box", 0, 0, 10, 10, kRed);
@@ -302,8 +301,7 @@ TEST(FrameRender, RegionsReachTheHostInOrderAndRepaintPaintsAtOnce)
 
 TEST(FrameRender, HotDrawMarksRegionsRedAndRepaintsAllWhenItTurnsOn)
 {
-    Scene s(30, 30);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(30, 30, kGrey);
     s.Settle();
     UI::g_hotDrawMode = 1;
     s.host.capsLock = true;
@@ -344,8 +342,7 @@ TEST(FrameRender, AFailingDrawLeavesTheFrameUsable)
 
 TEST(FrameMouse, ATransparentWindowIsNotPaintedButTakesInput)
 {
-    Scene s(20, 20);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(20, 20, kGrey);
     RecordingWindow* ghost = s.Make(nullptr, "Ghost", 0, 0, 10, 10, kRed);
     ghost->SetAlpha(0);
     ghost->takesMouse = true;
@@ -704,7 +701,7 @@ struct TimerScene : Scene
     TimerScene() { w = Make(nullptr, "W", 0, 0, 10, 10); }
 };
 
-TEST(FrameTimers, IdsTakeTheLowestFreeNumber)
+TEST(FrameTimers, IdsTakeTheLowestFreeNumberDueTimersFireOneShotsEndAndLongOnesWait)
 {
     TimerScene s;
     EXPECT_EQ(s.frame->SetTimer(s.w, 1000), 1u);
@@ -715,11 +712,10 @@ TEST(FrameTimers, IdsTakeTheLowestFreeNumber)
     EXPECT_EQ(s.frame->SetTimer(s.w, 1000), 2u);
     EXPECT_EQ(s.frame->GetTimers().size(), 3u);
     EXPECT_EQ(s.frame->GetTimers()[1].id, 2u);
-}
 
-TEST(FrameTimers, DueTimersFireOneShotsEndAndLongOnesWait)
-{
-    TimerScene s;
+    // Due timers fire, one-shots end and long ones wait.
+    for (unsigned int id : {1u, 2u, 3u})
+        s.frame->EndTimer(id);
     s.frame->SetTimer(s.w, 0);
     s.frame->SetTimer(s.w, 0, true);
     s.frame->SetTimer(s.w, 3600000);
@@ -730,7 +726,7 @@ TEST(FrameTimers, DueTimersFireOneShotsEndAndLongOnesWait)
     EXPECT_EQ(s.frame->GetTimers().size(), 2u);
 }
 
-TEST(FrameTimers, ATimerThatEndsItselfLetsTheNextOneFire)
+TEST(FrameTimers, ATimerThatEndsItselfLetsTheNextOneFireAndNewOnesWaitForTheNextPass)
 {
     TimerScene s;
     unsigned int first = s.frame->SetTimer(s.w, 0);
@@ -744,21 +740,16 @@ TEST(FrameTimers, ATimerThatEndsItselfLetsTheNextOneFire)
     EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer2"}));
     ASSERT_EQ(s.frame->GetTimers().size(), 1u);
     EXPECT_EQ(s.frame->GetTimers()[0].id, 2u);
-}
 
-TEST(FrameTimers, TimersMadeInsideOnTimerWaitForTheNextPass)
-{
-    TimerScene s;
-    s.frame->SetTimer(s.w, 0);
-    s.frame->SetTimer(s.w, 0);
-    s.frame->EndTimer(1);
+    // Timers made inside OnTimer wait for the next pass: with 2 running, they take id 1, ahead
+    // of the running timer, and id 3, behind it.
+    s.log.clear();
     bool made = false;
     s.w->timerAction = [&](unsigned int)
     {
         if (!made)
         {
             made = true;
-            // Takes id 1, ahead of the running timer, and id 3, behind it.
             EXPECT_EQ(s.frame->SetTimer(s.w, 0), 1u);
             EXPECT_EQ(s.frame->SetTimer(s.w, 0), 3u);
         }
