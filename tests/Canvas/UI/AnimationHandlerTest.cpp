@@ -70,7 +70,7 @@ struct Scene
 
 } // namespace
 
-TEST(AnimationHandlerStart, DurationZeroAppliesTheEndAndCallsBackAtOnce)
+TEST(AnimationHandlerStart, DurationZeroEndsAtOnceOtherwiseTheStartAppliesAndTheLowestIdIsTaken)
 {
     Scene s;
     unsigned int id = s.handler->Alpha(1u, s.w, 0, 10, 200, {}, s.note("done"));
@@ -82,11 +82,8 @@ TEST(AnimationHandlerStart, DurationZeroAppliesTheEndAndCallsBackAtOnce)
     id = s.handler->Geometry(1u, s.w, 0, Rect(0, 9, 0, 9), Rect(5, 24, 6, 15));
     EXPECT_EQ(id, 0u);
     EXPECT_EQ(s.w->GetGeometry(), Rect(5, 24, 6, 15));
-}
 
-TEST(AnimationHandlerStart, AppliesTheStartValueAndTakesTheLowestFreeId)
-{
-    Scene s;
+    // A running animation applies its start value and takes the lowest free id.
     EXPECT_EQ(s.handler->Alpha(1u, s.w, 100, 40, 240), 1u);
     EXPECT_EQ(s.w->GetAlpha(), 40);
     EXPECT_EQ(s.handler->Generic(1u, s.w, 100, 2.0f, 4.0f), 2u);
@@ -116,7 +113,7 @@ TEST(AnimationHandlerTick, InterpolatesAlphaAndGeometryRoundingHalfAwayFromZero)
     EXPECT_EQ(s.handler->GetNumAnimations({}), 0u);
 }
 
-TEST(AnimationHandlerTick, BaseAlphaFollowsOnlyWithItsFlagAndEqualEndsSkipTheLine)
+TEST(AnimationHandlerTick, BaseAlphaFollowsOnlyWithItsFlagEqualEndsSkipTheLineAndTheFrameTicks)
 {
     Scene s;
     Animated* a = new Animated(s.frame.get(), "A");
@@ -129,6 +126,12 @@ TEST(AnimationHandlerTick, BaseAlphaFollowsOnlyWithItsFlagAndEqualEndsSkipTheLin
     s.handler->Alpha(2u, b, 100, 77, 77);
     s.At(1070);
     EXPECT_EQ(b->GetAlpha(), 77); // both run on b; the later id is applied last
+
+    // The frame's timer tick drives the handler.
+    s.handler->Generic(1u, s.w, 100, 0.0f, 10.0f);
+    s.now = 1130;
+    s.frame->tickTimers();
+    EXPECT_FLOAT_EQ(s.w->generic.back(), 6.0f);
 }
 
 TEST(AnimationHandlerTick, TextLengthTypesTheTargetOutWhenTheClassMatches)
@@ -277,13 +280,4 @@ TEST(AnimationHandlerTick, TimesAcrossTheClocksWrapStillOrder)
     EXPECT_TRUE(s.log.empty());
     s.At(50);
     EXPECT_EQ(s.log, std::vector<std::string>{"end"});
-}
-
-TEST(AnimationHandlerFrame, TheFramesTimerTickDrivesIt)
-{
-    Scene s;
-    s.handler->Generic(1u, s.w, 100, 0.0f, 10.0f);
-    s.now = 1060;
-    s.frame->tickTimers();
-    EXPECT_FLOAT_EQ(s.w->generic.back(), 6.0f);
 }
