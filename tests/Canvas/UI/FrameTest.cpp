@@ -502,7 +502,7 @@ TEST(FrameMouse, DialogsRestrictOrRefuseInput)
     EXPECT_EQ(s.frame->GetActiveDialog(), nullptr);
 }
 
-TEST(FrameMouse, CursorComesFromTheDeepestWindowWithItsOwn)
+TEST(FrameMouse, CursorComesFromTheDeepestWindowWithItsOwnAndAPressFocusesTheNativeWindow)
 {
     Scene s(100, 100);
     RecordingWindow* back = s.Make(nullptr, "Back", 0, 0, 100, 100);
@@ -521,11 +521,8 @@ TEST(FrameMouse, CursorComesFromTheDeepestWindowWithItsOwn)
     EXPECT_EQ(s.host.cursors.size(), count);
     s.Mouse(UI::MouseMove, 200, 200);
     EXPECT_EQ(s.host.cursors.back(), UI::Cursor());
-}
 
-TEST(FrameMouse, APressGivesTheNativeWindowFocusWhenItLacksIt)
-{
-    Scene s(100, 100);
+    // A press gives the native window focus when it lacks it; no windows here take input.
     s.host.holdingFocus = false;
     s.Mouse(UI::MouseMove, 5, 5);
     EXPECT_EQ(s.host.nativeFocusRequests, 0);
