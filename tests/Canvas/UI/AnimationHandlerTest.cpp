@@ -38,13 +38,14 @@ bool setText(UI::Window* w, String const& text)
     return true;
 }
 
-/// A frame without a native window, its handler on a clock that the test moves.
+/// A frame without a native window, its handler on a clock that the test moves, and a window.
 struct Scene
 {
     UI::Canvas canvas{"Animation Test"};
     std::unique_ptr<UI::Frame> frame;
     unsigned int now = 1000;
     AnimationHandler* handler = nullptr;
+    Animated* w = nullptr;
     std::vector<std::string> log;
 
     Scene()
@@ -52,6 +53,7 @@ struct Scene
         frame.reset(new UI::Frame(&canvas, nullptr, nullptr, Point(), "", Rect(0, 99, 0, 99)));
         handler = frame->GetAnimationHandler();
         handler->SetClock([this] { return now; });
+        w = new Animated(frame.get(), "W");
     }
 
     AnimationHandler::Callback note(std::string const& what)
@@ -68,56 +70,50 @@ struct Scene
 
 } // namespace
 
-TEST(AnimationHandlerStart, DurationZeroAppliesTheEndAndCallsBackAtOnce)
+TEST(AnimationHandlerStart, DurationZeroEndsAtOnceOtherwiseTheStartAppliesAndTheLowestIdIsTaken)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    unsigned int id = s.handler->Alpha(1u, w, 0, 10, 200, {}, s.note("done"));
+    unsigned int id = s.handler->Alpha(1u, s.w, 0, 10, 200, {}, s.note("done"));
     EXPECT_EQ(id, 0u);
-    EXPECT_EQ(w->GetAlpha(), 200);
+    EXPECT_EQ(s.w->GetAlpha(), 200);
     EXPECT_EQ(s.log, std::vector<std::string>{"done"});
     EXPECT_EQ(s.handler->GetNumAnimations({}), 0u);
 
-    id = s.handler->Geometry(1u, w, 0, Rect(0, 9, 0, 9), Rect(5, 24, 6, 15));
+    id = s.handler->Geometry(1u, s.w, 0, Rect(0, 9, 0, 9), Rect(5, 24, 6, 15));
     EXPECT_EQ(id, 0u);
-    EXPECT_EQ(w->GetGeometry(), Rect(5, 24, 6, 15));
-}
+    EXPECT_EQ(s.w->GetGeometry(), Rect(5, 24, 6, 15));
 
-TEST(AnimationHandlerStart, AppliesTheStartValueAndTakesTheLowestFreeId)
-{
-    Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    EXPECT_EQ(s.handler->Alpha(1u, w, 100, 40, 240), 1u);
-    EXPECT_EQ(w->GetAlpha(), 40);
-    EXPECT_EQ(s.handler->Generic(1u, w, 100, 2.0f, 4.0f), 2u);
-    EXPECT_EQ(w->generic, std::vector<float>{2.0f});
-    EXPECT_EQ(s.handler->Generic(2u, w, 100, 0.0f, 1.0f), 3u);
+    // A running animation applies its start value and takes the lowest free id.
+    EXPECT_EQ(s.handler->Alpha(1u, s.w, 100, 40, 240), 1u);
+    EXPECT_EQ(s.w->GetAlpha(), 40);
+    EXPECT_EQ(s.handler->Generic(1u, s.w, 100, 2.0f, 4.0f), 2u);
+    EXPECT_EQ(s.w->generic, std::vector<float>{2.0f});
+    EXPECT_EQ(s.handler->Generic(2u, s.w, 100, 0.0f, 1.0f), 3u);
     s.handler->EndAnimation(2, false);
-    EXPECT_EQ(s.handler->Generic(2u, w, 100, 0.0f, 1.0f), 2u);
+    EXPECT_EQ(s.handler->Generic(2u, s.w, 100, 0.0f, 1.0f), 2u);
     EXPECT_EQ(s.handler->GetInfo(2)->start, 1000u);
 }
 
 TEST(AnimationHandlerTick, InterpolatesAlphaAndGeometryRoundingHalfAwayFromZero)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    s.handler->AlphaGeometry(1u, w, 1000, 0, 255, Rect(0, 9, 0, 9), Rect(-11, 30, 100, 103), {},
+    s.handler->AlphaGeometry(1u, s.w, 1000, 0, 255, Rect(0, 9, 0, 9), Rect(-11, 30, 100, 103), {},
                              s.note("end"));
     s.At(1250);
-    EXPECT_EQ(w->GetAlpha(), 64);                      // 63.75
-    EXPECT_EQ(w->GetGeometry(), Rect(-3, 14, 25, 33)); // -2.75, 14.25, 25, 32.5
+    EXPECT_EQ(s.w->GetAlpha(), 64);                      // 63.75
+    EXPECT_EQ(s.w->GetGeometry(), Rect(-3, 14, 25, 33)); // -2.75, 14.25, 25, 32.5
     s.At(1500);
-    EXPECT_EQ(w->GetAlpha(), 128);                     // 127.5 rounds up
-    EXPECT_EQ(w->GetGeometry(), Rect(-6, 20, 50, 56)); // -5.5 rounds away from zero
+    EXPECT_EQ(s.w->GetAlpha(), 128);                     // 127.5 rounds up
+    EXPECT_EQ(s.w->GetGeometry(), Rect(-6, 20, 50, 56)); // -5.5 rounds away from zero
     EXPECT_TRUE(s.log.empty());
     s.At(2600);
-    EXPECT_EQ(w->GetAlpha(), 255);
-    EXPECT_EQ(w->GetGeometry(), Rect(-11, 30, 100, 103));
+    EXPECT_EQ(s.w->GetAlpha(), 255);
+    EXPECT_EQ(s.w->GetGeometry(), Rect(-11, 30, 100, 103));
     EXPECT_EQ(s.log, std::vector<std::string>{"end"});
     EXPECT_EQ(s.handler->GetNumAnimations({}), 0u);
 }
 
-TEST(AnimationHandlerTick, BaseAlphaFollowsOnlyWithItsFlagAndEqualEndsSkipTheLine)
+TEST(AnimationHandlerTick, BaseAlphaFollowsOnlyWithItsFlagEqualEndsSkipTheLineAndTheFrameTicks)
 {
     Scene s;
     Animated* a = new Animated(s.frame.get(), "A");
@@ -130,26 +126,31 @@ TEST(AnimationHandlerTick, BaseAlphaFollowsOnlyWithItsFlagAndEqualEndsSkipTheLin
     s.handler->Alpha(2u, b, 100, 77, 77);
     s.At(1070);
     EXPECT_EQ(b->GetAlpha(), 77); // both run on b; the later id is applied last
+
+    // The frame's timer tick drives the handler.
+    s.handler->Generic(1u, s.w, 100, 0.0f, 10.0f);
+    s.now = 1130;
+    s.frame->tickTimers();
+    EXPECT_FLOAT_EQ(s.w->generic.back(), 6.0f);
 }
 
 TEST(AnimationHandlerTick, TextLengthTypesTheTargetOutWhenTheClassMatches)
 {
     Scene s;
     AnimationHandler::SetTextSetter(AnimationHandler::SingleLineText, &setText);
-    Animated* w = new Animated(s.frame.get(), "W");
-    s.handler->TextLength(1u, w, AnimationHandler::SingleLineText, 100, "", "Hello world");
-    EXPECT_EQ(w->text, "");
+    s.handler->TextLength(1u, s.w, AnimationHandler::SingleLineText, 100, "", "Hello world");
+    EXPECT_EQ(s.w->text, "");
     s.At(1050);
-    EXPECT_EQ(w->text, "Hello "); // 5.5 characters rounds to 6
+    EXPECT_EQ(s.w->text, "Hello "); // 5.5 characters rounds to 6
     s.At(1100);
-    EXPECT_EQ(w->text, "Hello world");
+    EXPECT_EQ(s.w->text, "Hello world");
     // No setter for the multi-line kind: the step is skipped, the animation still ends.
     AnimationHandler::SetTextSetter(AnimationHandler::MultiLineText, nullptr);
-    w->text = "kept";
-    s.handler->TextLength(1u, w, AnimationHandler::MultiLineText, 100, "a", "abc", {},
+    s.w->text = "kept";
+    s.handler->TextLength(1u, s.w, AnimationHandler::MultiLineText, 100, "a", "abc", {},
                           s.note("multi"));
     s.At(1300);
-    EXPECT_EQ(w->text, "kept");
+    EXPECT_EQ(s.w->text, "kept");
     EXPECT_EQ(s.log, std::vector<std::string>{"multi"});
     AnimationHandler::SetTextSetter(AnimationHandler::SingleLineText, nullptr);
 }
@@ -157,22 +158,21 @@ TEST(AnimationHandlerTick, TextLengthTypesTheTargetOutWhenTheClassMatches)
 TEST(AnimationHandlerChain, AChildStartsWhenItsParentEndsNotWhenAsked)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    unsigned int first = s.handler->Generic(1u, w, 100, 0.0f, 1.0f, {}, s.note("first"));
+    unsigned int first = s.handler->Generic(1u, s.w, 100, 0.0f, 1.0f, {}, s.note("first"));
     s.now = 1040;
-    unsigned int second = s.handler->Generic(1u, w, 200, 10.0f, 20.0f, first, s.note("second"));
+    unsigned int second = s.handler->Generic(1u, s.w, 200, 10.0f, 20.0f, first, s.note("second"));
     ASSERT_NE(second, 0u);
     EXPECT_FALSE(s.handler->GetInfo(second)->active);
-    w->generic.clear();
+    s.w->generic.clear();
     s.At(1080);
-    EXPECT_EQ(w->generic, std::vector<float>{0.8f}); // the child waits
+    EXPECT_EQ(s.w->generic, std::vector<float>{0.8f}); // the child waits
     // The tick comes late; the child still counts from the parent's end at 1100.
     s.At(1150);
     ASSERT_NE(s.handler->GetInfo(second), nullptr);
     EXPECT_TRUE(s.handler->GetInfo(second)->active);
     EXPECT_EQ(s.handler->GetInfo(second)->start, 1100u);
     s.At(1200);
-    EXPECT_FLOAT_EQ(w->generic.back(), 15.0f);
+    EXPECT_FLOAT_EQ(s.w->generic.back(), 15.0f);
     s.At(1300);
     EXPECT_EQ(s.log, (std::vector<std::string>{"first", "second"}));
 }
@@ -180,18 +180,17 @@ TEST(AnimationHandlerChain, AChildStartsWhenItsParentEndsNotWhenAsked)
 TEST(AnimationHandlerChain, EndingByHandStartsChildrenNowOrRemovesThem)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    unsigned int parent = s.handler->Generic(1u, w, 100, 0.0f, 1.0f, {}, s.note("parent"));
-    unsigned int child = s.handler->Generic(1u, w, 100, 0.0f, 1.0f, parent, s.note("child"));
+    unsigned int parent = s.handler->Generic(1u, s.w, 100, 0.0f, 1.0f, {}, s.note("parent"));
+    unsigned int child = s.handler->Generic(1u, s.w, 100, 0.0f, 1.0f, parent, s.note("child"));
     s.now = 1030;
     s.handler->EndAnimation(parent, false);
     EXPECT_EQ(s.log, std::vector<std::string>{"parent"});
     ASSERT_NE(s.handler->GetInfo(child), nullptr);
     EXPECT_EQ(s.handler->GetInfo(child)->start, 1030u);
 
-    unsigned int p2 = s.handler->Generic(2u, w, 100, 0.0f, 1.0f, {}, s.note("p2"));
-    unsigned int c2 = s.handler->Generic(2u, w, 100, 0.0f, 1.0f, p2, s.note("c2"));
-    unsigned int g2 = s.handler->Generic(2u, w, 100, 0.0f, 1.0f, c2, s.note("g2"));
+    unsigned int p2 = s.handler->Generic(2u, s.w, 100, 0.0f, 1.0f, {}, s.note("p2"));
+    unsigned int c2 = s.handler->Generic(2u, s.w, 100, 0.0f, 1.0f, p2, s.note("c2"));
+    unsigned int g2 = s.handler->Generic(2u, s.w, 100, 0.0f, 1.0f, c2, s.note("g2"));
     s.handler->EndAnimation(p2, true);
     EXPECT_EQ(s.handler->GetInfo(c2), nullptr);
     EXPECT_EQ(s.handler->GetInfo(g2), nullptr);
@@ -203,11 +202,10 @@ TEST(AnimationHandlerChain, EndingByHandStartsChildrenNowOrRemovesThem)
 TEST(AnimationHandlerCategories, CountAskAndRemoveByCategory)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    s.handler->Generic(5u, w, 100, 0.0f, 1.0f, {}, s.note("a"));
-    s.handler->Generic(5u, w, 100, 0.0f, 1.0f, {}, s.note("b"));
-    s.handler->Generic(6u, w, 100, 0.0f, 1.0f, {}, s.note("c"));
-    s.handler->Generic({}, w, 100, 0.0f, 1.0f, {}, s.note("d"));
+    s.handler->Generic(5u, s.w, 100, 0.0f, 1.0f, {}, s.note("a"));
+    s.handler->Generic(5u, s.w, 100, 0.0f, 1.0f, {}, s.note("b"));
+    s.handler->Generic(6u, s.w, 100, 0.0f, 1.0f, {}, s.note("c"));
+    s.handler->Generic({}, s.w, 100, 0.0f, 1.0f, {}, s.note("d"));
     EXPECT_EQ(s.handler->GetNumAnimations(5u), 2u);
     EXPECT_EQ(s.handler->GetNumAnimations(6u), 1u);
     EXPECT_EQ(s.handler->GetNumAnimations({}), 4u);
@@ -237,15 +235,14 @@ TEST(AnimationHandlerLifetime, ADeletedWindowLosesItsAnimationsWithoutCallbacks)
 TEST(AnimationHandlerLifetime, ACallbackMayStartAndEndOthersAndDeleteItsWindow)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
     Animated* victim = new Animated(s.frame.get(), "Victim");
     s.handler->Generic(1u, victim, 500, 0.0f, 1.0f, {}, s.note("victim"));
-    s.handler->Generic(1u, w, 100, 0.0f, 1.0f, {},
+    s.handler->Generic(1u, s.w, 100, 0.0f, 1.0f, {},
                        AnimationHandler::Callback(
                            [&]
                            {
                                delete victim;
-                               s.handler->Generic(2u, w, 100, 0.0f, 1.0f, {}, s.note("next"));
+                               s.handler->Generic(2u, s.w, 100, 0.0f, 1.0f, {}, s.note("next"));
                            }));
     s.At(1100);
     EXPECT_EQ(s.handler->GetNumAnimations(1u), 0u);
@@ -257,16 +254,15 @@ TEST(AnimationHandlerLifetime, ACallbackMayStartAndEndOthersAndDeleteItsWindow)
 TEST(AnimationHandlerEnabled, ADisabledHandlerFreezesAndEndsNewOnesUnlessForced)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    s.handler->Alpha(1u, w, 100, 0, 100);
+    s.handler->Alpha(1u, s.w, 100, 0, 100);
     s.handler->SetEnabled(false);
     s.At(1050);
-    EXPECT_EQ(w->GetAlpha(), 0);
-    EXPECT_EQ(s.handler->Alpha(2u, w, 100, 10, 30, {}, s.note("now")), 0u);
-    EXPECT_EQ(w->GetAlpha(), 30);
+    EXPECT_EQ(s.w->GetAlpha(), 0);
+    EXPECT_EQ(s.handler->Alpha(2u, s.w, 100, 10, 30, {}, s.note("now")), 0u);
+    EXPECT_EQ(s.w->GetAlpha(), 30);
     EXPECT_EQ(s.log, std::vector<std::string>{"now"});
-    EXPECT_NE(s.handler->Alpha(2u, w, 100, 10, 30, {}, {}, true), 0u);
-    EXPECT_EQ(w->GetAlpha(), 10);
+    EXPECT_NE(s.handler->Alpha(2u, s.w, 100, 10, 30, {}, {}, true), 0u);
+    EXPECT_EQ(s.w->GetAlpha(), 10);
     s.handler->SetEnabled(true);
     s.At(1100);
     EXPECT_EQ(s.handler->GetNumAnimations(1u), 0u);
@@ -275,24 +271,13 @@ TEST(AnimationHandlerEnabled, ADisabledHandlerFreezesAndEndsNewOnesUnlessForced)
 TEST(AnimationHandlerTick, TimesAcrossTheClocksWrapStillOrder)
 {
     Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
     s.now = UINT_MAX - 49;
-    s.handler->Generic(1u, w, 100, 0.0f, 100.0f, {}, s.note("end"));
+    s.handler->Generic(1u, s.w, 100, 0.0f, 100.0f, {}, s.note("end"));
     s.At(UINT_MAX);
-    EXPECT_FLOAT_EQ(w->generic.back(), 49.0f);
+    EXPECT_FLOAT_EQ(s.w->generic.back(), 49.0f);
     s.At(20); // 70 ms after the start, past the wrap
-    EXPECT_FLOAT_EQ(w->generic.back(), 70.0f);
+    EXPECT_FLOAT_EQ(s.w->generic.back(), 70.0f);
     EXPECT_TRUE(s.log.empty());
     s.At(50);
     EXPECT_EQ(s.log, std::vector<std::string>{"end"});
-}
-
-TEST(AnimationHandlerFrame, TheFramesTimerTickDrivesIt)
-{
-    Scene s;
-    Animated* w = new Animated(s.frame.get(), "W");
-    s.handler->Generic(1u, w, 100, 0.0f, 10.0f);
-    s.now = 1060;
-    s.frame->tickTimers();
-    EXPECT_FLOAT_EQ(w->generic.back(), 6.0f);
 }

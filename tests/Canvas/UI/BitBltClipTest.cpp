@@ -25,11 +25,6 @@ boost::shared_ptr<UI::DIBits> labelled()
     return image;
 }
 
-} // namespace
-
-namespace
-{
-
 /// What a clipped blit of the labelled source should leave at (x, y) of an 8x6 target cleared
 /// to 0: the source pixel that lands there, if it lands inside the target and clip.
 unsigned int expectedAt(int x, int y, UI::Rect const& srcRect, UI::Point const& dstPos,
@@ -72,86 +67,59 @@ std::vector<Case> edgeCases()
     };
 }
 
-template <class Target>
-void expectClipped(Case const& c, Target read, int caseIndex)
+/// Checks an 8x6 target, read through `pixels` with `stride`, against the clipped blit of `c`.
+void expectClipped(Case const& c, unsigned int const* pixels, int stride, int caseIndex)
 {
     UI::Rect const clip = c.clip.IsPresent() ? c.clip.Get() : UI::Rect(0, 7, 0, 5);
     for (int y = 0; y < 6; ++y)
         for (int x = 0; x < 8; ++x)
-            ASSERT_EQ(read(x, y), expectedAt(x, y, c.srcRect, c.dstPos, clip))
+            ASSERT_EQ(pixels[y * stride + x], expectedAt(x, y, c.srcRect, c.dstPos, clip))
                 << "case " << caseIndex << " at " << x << "," << y;
+}
+
+boost::shared_ptr<UI::Native::DIBSection> section(UI::Size size = UI::Size(8, 6))
+{
+    return boost::shared_ptr<UI::Native::DIBSection>(new UI::Native::DIBSection(size));
 }
 
 } // namespace
 
-TEST(BitBltWrappers, ClipBitsOntoSection)
+TEST(BitBltWrappers, ClipThroughEveryWrapper)
 {
-    std::vector<Case> const cases = edgeCases();
-    for (std::size_t i = 0; i < cases.size(); ++i)
-    {
-        boost::shared_ptr<UI::DIBits> src = labelled();
-        boost::shared_ptr<UI::Native::DIBSection> raw(new UI::Native::DIBSection(UI::Size(8, 6)));
-        UI::BitBlt(src.get(), cases[i].srcRect, raw.get(), cases[i].dstPos, 255, cases[i].clip);
-        auto read = [&](int x, int y) { return raw->GetPixels()[y * raw->GetStride() + x]; };
-        expectClipped(cases[i], read, static_cast<int>(i));
-
-        boost::shared_ptr<UI::Native::DIBSection> shared(
-            new UI::Native::DIBSection(UI::Size(8, 6)));
-        UI::BitBlt(src, cases[i].srcRect, shared, cases[i].dstPos, 255, cases[i].clip);
-        auto readShared = [&](int x, int y)
-        { return shared->GetPixels()[y * shared->GetStride() + x]; };
-        expectClipped(cases[i], readShared, static_cast<int>(i));
-
-        boost::shared_ptr<UI::Native::DIBSection> dithered(
-            new UI::Native::DIBSection(UI::Size(8, 6)));
-        UI::BitBltDithered(src.get(), cases[i].srcRect, dithered.get(), cases[i].dstPos, 0,
-                           cases[i].clip);
-        auto readDithered = [&](int x, int y)
-        { return dithered->GetPixels()[y * dithered->GetStride() + x]; };
-        expectClipped(cases[i], readDithered, static_cast<int>(i));
-    }
-}
-
-TEST(BitBltWrappers, ClipBitsOntoBits)
-{
-    std::vector<Case> const cases = edgeCases();
-    for (std::size_t i = 0; i < cases.size(); ++i)
-    {
-        boost::shared_ptr<UI::DIBits> src = labelled();
-        boost::shared_ptr<UI::DIBits> dst = UI::CreateDIBits(UI::Size(8, 6), 0u);
-        UI::BitBlt(src, cases[i].srcRect, dst, cases[i].dstPos, 255, cases[i].clip);
-        auto read = [&](int x, int y) { return dst->GetPixels()[y * 8 + x]; };
-        expectClipped(cases[i], read, static_cast<int>(i));
-    }
-}
-
-TEST(BitBltWrappers, ClipSectionOntoBitsAndSections)
-{
-    boost::shared_ptr<UI::Native::DIBSection> src(new UI::Native::DIBSection(UI::Size(4, 4)));
+    boost::shared_ptr<UI::Native::DIBSection> srcSection = section(UI::Size(4, 4));
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 4; ++x)
-            src->GetPixels()[y * src->GetStride() + x] = label(x, y);
+            srcSection->GetPixels()[y * srcSection->GetStride() + x] = label(x, y);
     std::vector<Case> const cases = edgeCases();
-    for (std::size_t i = 0; i < cases.size(); ++i)
+    for (std::size_t n = 0; n < cases.size(); ++n)
     {
+        Case const& c = cases[n];
+        int const i = static_cast<int>(n);
+        boost::shared_ptr<UI::DIBits> src = labelled();
+        // Bits onto sections, raw and shared, plain and dithered.
+        auto raw = section(), shared = section(), dithered = section();
+        UI::BitBlt(src.get(), c.srcRect, raw.get(), c.dstPos, 255, c.clip);
+        UI::BitBlt(src, c.srcRect, shared, c.dstPos, 255, c.clip);
+        UI::BitBltDithered(src.get(), c.srcRect, dithered.get(), c.dstPos, 0, c.clip);
+        for (auto const& dst : {raw, shared, dithered})
+            expectClipped(c, dst->GetPixels(), dst->GetStride(), i);
+
+        // Bits onto bits, and a section onto bits.
         boost::shared_ptr<UI::DIBits> bits = UI::CreateDIBits(UI::Size(8, 6), 0u);
-        UI::BitBlt(src, cases[i].srcRect, bits, cases[i].dstPos, false, 255, cases[i].clip);
-        auto readBits = [&](int x, int y) { return bits->GetPixels()[y * 8 + x]; };
-        expectClipped(cases[i], readBits, static_cast<int>(i));
+        UI::BitBlt(src, c.srcRect, bits, c.dstPos, 255, c.clip);
+        expectClipped(c, bits->GetPixels(), 8, i);
+        boost::shared_ptr<UI::DIBits> fromSection = UI::CreateDIBits(UI::Size(8, 6), 0u);
+        UI::BitBlt(srcSection, c.srcRect, fromSection, c.dstPos, false, 255, c.clip);
+        expectClipped(c, fromSection->GetPixels(), 8, i);
 
-        UI::Rect const r = cases[i].srcRect;
-        boost::shared_ptr<UI::Native::DIBSection> dst(new UI::Native::DIBSection(UI::Size(8, 6)));
-        UI::BitBlt(src.get(), r.TopLeft(), r.GetSize(), dst, cases[i].dstPos, false, 255,
-                   cases[i].clip);
-        auto read = [&](int x, int y) { return dst->GetPixels()[y * dst->GetStride() + x]; };
-        expectClipped(cases[i], read, static_cast<int>(i));
-
-        boost::shared_ptr<UI::Native::DIBSection> curve(new UI::Native::DIBSection(UI::Size(8, 6)));
-        UI::BitBltCurve(src.get(), r.TopLeft(), r.GetSize(), curve, cases[i].dstPos, false, 255,
-                        cases[i].clip);
-        auto readCurve = [&](int x, int y)
-        { return curve->GetPixels()[y * curve->GetStride() + x]; };
-        expectClipped(cases[i], readCurve, static_cast<int>(i));
+        // A section onto sections, plain and curve.
+        UI::Rect const r = c.srcRect;
+        auto plain = section(), curve = section();
+        UI::BitBlt(srcSection.get(), r.TopLeft(), r.GetSize(), plain, c.dstPos, false, 255, c.clip);
+        UI::BitBltCurve(srcSection.get(), r.TopLeft(), r.GetSize(), curve, c.dstPos, false, 255,
+                        c.clip);
+        for (auto const& dst : {plain, curve})
+            expectClipped(c, dst->GetPixels(), dst->GetStride(), i);
     }
 }
 

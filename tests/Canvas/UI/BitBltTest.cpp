@@ -14,11 +14,12 @@ namespace
 unsigned int const kDest = 0xFF204060;
 unsigned int const kColor = 0x00FF8040;
 
+using RowBlit = void (*)(bool, unsigned int const*, int, UI::Rect const&, unsigned int*, int,
+                         UI::Point const&, unsigned char);
+
 /// Blits a row of 21 copies of `source` (wide enough for the vector body and a tail) onto a row
-/// of `kDest` and returns the pixel the row holds, after checking all agree.
-unsigned int blitRow(void (*blit)(bool, unsigned int const*, int, UI::Rect const&, unsigned int*,
-                                  int, UI::Point const&, unsigned char),
-                     bool hasAlpha, unsigned int source, unsigned char alpha,
+/// of `dest` and returns the pixel the row holds, after checking all agree.
+unsigned int blitRow(RowBlit blit, bool hasAlpha, unsigned int source, unsigned char alpha,
                      unsigned int dest = kDest)
 {
     PixelTestImage src(21, 1, 21, source);
@@ -30,58 +31,66 @@ unsigned int blitRow(void (*blit)(bool, unsigned int const*, int, UI::Rect const
     return dst.at(0, 0);
 }
 
-unsigned int bitBlt(bool hasAlpha, unsigned int source, unsigned char alpha,
-                    unsigned int dest = kDest)
-{
-    return blitRow(UI::BitBlt, hasAlpha, source, alpha, dest);
-}
-
 } // namespace
 
-TEST(BitBltPixelAlpha, BlendsBySourceAlphaAtFullStrength)
+TEST(BitBltPixel, BlendCopyAndCurveKernels)
 {
-    EXPECT_EQ(bitBlt(true, 0x00000000 | kColor, 255), kDest);
-    EXPECT_EQ(bitBlt(true, 0x01000000 | kColor, 255), 0xFF214060u);
-    EXPECT_EQ(bitBlt(true, 0x80000000 | kColor, 255), 0xFF8F6050u);
-    EXPECT_EQ(bitBlt(true, 0xFE000000 | kColor, 255), 0xFFFD7F40u);
-    EXPECT_EQ(bitBlt(true, 0xFF000000 | kColor, 255), 0xFFFF8040u);
-    // The destination becomes opaque even where it was not.
-    EXPECT_EQ(bitBlt(true, 0x80000000 | kColor, 255, 0x00204060), 0xFF8F6050u);
-}
+    RowBlit const plain = UI::BitBlt;
+    RowBlit const curve = UI::BitBltCurve;
+    unsigned int const curveDest = 0x10204060;
+    struct Case
+    {
+        RowBlit blit;
+        bool hasAlpha;
+        unsigned int source;
+        unsigned char alpha;
+        unsigned int dest, expected;
+    } const cases[] = {
+        // Source alpha at full strength; the destination becomes opaque even where it was not.
+        {plain, true, 0x00000000 | kColor, 255, kDest, kDest},
+        {plain, true, 0x01000000 | kColor, 255, kDest, 0xFF214060u},
+        {plain, true, 0x80000000 | kColor, 255, kDest, 0xFF8F6050u},
+        {plain, true, 0xFE000000 | kColor, 255, kDest, 0xFFFD7F40u},
+        {plain, true, 0xFF000000 | kColor, 255, kDest, 0xFFFF8040u},
+        {plain, true, 0x80000000 | kColor, 255, 0x00204060, 0xFF8F6050u},
+        // Without an alpha channel at full strength the alpha byte travels as it stands, even 0.
+        {plain, false, 0x00123456, 255, kDest, 0x00123456u},
+        {plain, false, 0x80FF8040, 255, kDest, 0x80FF8040u},
+        // A constant alpha scales the source alpha.
+        {plain, false, 0xFF000000 | kColor, 0, kDest, kDest},
+        {plain, false, 0xFF000000 | kColor, 1, kDest, 0xFF214060u},
+        {plain, false, 0xFF000000 | kColor, 128, kDest, 0xFF8F6050u},
+        {plain, false, 0xFF000000 | kColor, 254, kDest, 0xFFFD7F40u},
+        // Half-transparent source at half strength: weight rint(128 * 0.00392157 * 128) = 64.
+        {plain, true, 0x80000000 | kColor, 128, kDest, 0xFF585058u},
+        // Below full strength the has-alpha flag is ignored: a top byte of 0 draws nothing.
+        {plain, false, 0x80000000 | kColor, 128, kDest, 0xFF585058u},
+        {plain, false, 0x00000000 | kColor, 128, kDest, kDest},
+        // The curve keeps the larger coverage in the alpha byte: 128 or more, the source color.
+        {curve, true, 0x00000000 | kColor, 255, curveDest, curveDest},
+        {curve, true, 0xC8000000 | kColor, 255, curveDest, 0xC8FF8040u},
+        {curve, true, 0xC8000000 | kColor, 255, 0xF0204060, 0xF0FF8040u},
+        {curve, true, 0x80000000 | kColor, 255, curveDest, 0x80FF8040u},
+        // Below 128: the blend kernel at twice the weight (64 -> 128), alpha kept apart.
+        {curve, true, 0x40000000 | kColor, 255, curveDest, 0x408F6050u},
+        {curve, true, 0x01000000 | kColor, 255, 0x00204060, 0x0122405Fu},
+        // Otherwise it copies or blends opaque.
+        {curve, false, 0x12345678, 255, kDest, 0x12345678u},
+        {curve, false, 0xFF000000 | kColor, 128, curveDest, 0xFF8F6050u},
+        {curve, true, 0x80000000 | kColor, 128, kDest, 0xFF585058u},
+    };
+    for (Case const& c : cases)
+        EXPECT_EQ(blitRow(c.blit, c.hasAlpha, c.source, c.alpha, c.dest), c.expected)
+            << (c.blit == curve ? "curve " : "plain ") << c.hasAlpha << std::hex << " " << c.source
+            << " alpha " << int(c.alpha) << " over " << c.dest;
 
-TEST(BitBltPixelAlpha, CopiesRowsWithoutAlphaChannel)
-{
-    // The alpha byte travels as it stands, even 0.
-    EXPECT_EQ(bitBlt(false, 0x00123456, 255), 0x00123456u);
-    EXPECT_EQ(bitBlt(false, 0x80FF8040, 255), 0x80FF8040u);
-}
-
-TEST(BitBltScaledAlpha, ScalesSourceAlphaByConstant)
-{
-    unsigned int const opaque = 0xFF000000 | kColor;
-    EXPECT_EQ(bitBlt(false, opaque, 0), kDest);
-    EXPECT_EQ(bitBlt(false, opaque, 1), 0xFF214060u);
-    EXPECT_EQ(bitBlt(false, opaque, 128), 0xFF8F6050u);
-    EXPECT_EQ(bitBlt(false, opaque, 254), 0xFFFD7F40u);
-    // Half-transparent source at half strength: weight rint(128 * 0.00392157 * 128) = 64.
-    EXPECT_EQ(bitBlt(true, 0x80000000 | kColor, 128), 0xFF585058u);
-}
-
-TEST(BitBltScaledAlpha, IgnoresHasAlphaFlagBelowFullStrength)
-{
-    // An opaque-looking image whose top byte is 0 draws nothing below alpha 255.
-    EXPECT_EQ(bitBlt(false, 0x00000000 | kColor, 128), kDest);
-    EXPECT_EQ(bitBlt(false, 0x80000000 | kColor, 128), bitBlt(true, 0x80000000 | kColor, 128));
-}
-
-TEST(BitBltScaledAlpha, TransparentSourceLeavesDestinationAtEveryAlpha)
-{
+    // A transparent source leaves the destination at every alpha but the plain copy.
     for (int alpha : {0, 1, 128, 254, 255})
         for (bool hasAlpha : {true, false})
         {
             if (!hasAlpha && alpha == 255)
                 continue; // a plain copy
-            EXPECT_EQ(bitBlt(hasAlpha, kColor, static_cast<unsigned char>(alpha)), kDest)
+            EXPECT_EQ(blitRow(plain, hasAlpha, kColor, static_cast<unsigned char>(alpha)), kDest)
                 << "alpha " << alpha;
         }
 }
@@ -117,36 +126,6 @@ TEST(BitBltCopy, ScrollsWithinOneBitmap)
     for (int y = 0; y < 6; ++y)
         for (int x = 0; x < 8; ++x)
             EXPECT_EQ(img.at(x, y), static_cast<unsigned int>(y * 8 + x));
-}
-
-namespace
-{
-
-unsigned int curve(bool hasAlpha, unsigned int source, unsigned char alpha, unsigned int dest)
-{
-    return blitRow(UI::BitBltCurve, hasAlpha, source, alpha, dest);
-}
-
-} // namespace
-
-TEST(BitBltCurve, KeepsLargerCoverageInAlphaByte)
-{
-    unsigned int const dest = 0x10204060;
-    EXPECT_EQ(curve(true, 0x00000000 | kColor, 255, dest), dest);
-    // 128 or more: the source color, alpha the larger coverage.
-    EXPECT_EQ(curve(true, 0xC8000000 | kColor, 255, dest), 0xC8FF8040u);
-    EXPECT_EQ(curve(true, 0xC8000000 | kColor, 255, 0xF0204060), 0xF0FF8040u);
-    EXPECT_EQ(curve(true, 0x80000000 | kColor, 255, dest), 0x80FF8040u);
-    // Below 128: the blend kernel at twice the weight (64 -> 128), alpha kept apart.
-    EXPECT_EQ(curve(true, 0x40000000 | kColor, 255, dest), 0x408F6050u);
-    EXPECT_EQ(curve(true, 0x01000000 | kColor, 255, 0x00204060), 0x0122405Fu);
-}
-
-TEST(BitBltCurve, CopiesOrBlendsOpaqueOtherwise)
-{
-    EXPECT_EQ(curve(false, 0x12345678, 255, kDest), 0x12345678u);
-    EXPECT_EQ(curve(false, 0xFF000000 | kColor, 128, 0x10204060), 0xFF8F6050u);
-    EXPECT_EQ(curve(true, 0x80000000 | kColor, 128, kDest), 0xFF585058u);
 }
 
 namespace

@@ -83,19 +83,16 @@ void expectSameAsScalar(unsigned int seed, RowFunction const& row, bool runs = f
 
 } // namespace
 
-TEST(BlitSimd, PixelAlphaMatchesScalar)
+TEST(BlitSimd, PixelAlphaAndCurveMatchScalarOverRandomPixelsAndRunsOfClearAndOpaque)
 {
-    expectSameAsScalar(1, [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
-                       { k.blendPixelAlpha(s, d, n); });
-}
-
-TEST(BlitSimd, PixelAlphaMatchesScalarOverRunsOfClearAndOpaque)
-{
-    expectSameAsScalar(
-        6,
-        [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
-        { k.blendPixelAlpha(s, d, n); },
-        true);
+    RowFunction const pixelAlpha = [](BlitRowKernels const& k, unsigned int const* s,
+                                      unsigned int* d, int n) { k.blendPixelAlpha(s, d, n); };
+    RowFunction const curve = [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d,
+                                 int n) { k.curve(s, d, n); };
+    expectSameAsScalar(1, pixelAlpha);
+    expectSameAsScalar(6, pixelAlpha, true);
+    expectSameAsScalar(2, curve);
+    expectSameAsScalar(8, curve, true);
 }
 
 TEST(BlitSimd, PixelAlphaSkipsClearVectorsAndCopiesOpaqueOnes)
@@ -176,34 +173,18 @@ TEST(BlitSimd, BlendMatchesScalarForEveryWeightAndChannelPair)
     }
 }
 
-TEST(BlitSimd, ScaledAlphaMatchesScalarAtEveryAlpha)
+TEST(BlitSimd, ScaledAlphaMatchesScalarAtEveryAlphaAndOverRunsOfClearAndOpaque)
 {
+    auto scaled = [](unsigned int alpha) -> RowFunction
+    {
+        return [alpha](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
+        { k.blendScaled(s, d, n, alpha); };
+    };
     for (unsigned int alpha = 0; alpha < 255; ++alpha)
-        expectSameAsScalar(100 + alpha,
-                           [alpha](BlitRowKernels const& k, unsigned int const* s, unsigned int* d,
-                                   int n) { k.blendScaled(s, d, n, alpha); });
-}
-
-TEST(BlitSimd, ScaledAlphaMatchesScalarOverRunsOfClearAndOpaque)
-{
+        expectSameAsScalar(100 + alpha, scaled(alpha));
     // Alphas 1 and 2 round most source alphas to weight 0, so whole vectors are skipped.
     for (unsigned int alpha : {0u, 1u, 2u, 77u, 128u, 254u})
-        expectSameAsScalar(
-            400 + alpha,
-            [alpha](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
-            { k.blendScaled(s, d, n, alpha); },
-            true);
-}
-
-TEST(BlitSimd, CurveMatchesScalar)
-{
-    expectSameAsScalar(2, [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
-                       { k.curve(s, d, n); });
-    expectSameAsScalar(
-        8,
-        [](BlitRowKernels const& k, unsigned int const* s, unsigned int* d, int n)
-        { k.curve(s, d, n); },
-        true);
+        expectSameAsScalar(400 + alpha, scaled(alpha), true);
 }
 
 TEST(BlitSimd, SolidBoxAndFillMatchScalar)

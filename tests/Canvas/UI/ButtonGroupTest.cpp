@@ -14,20 +14,23 @@ using ButtonTest::Scene;
 namespace
 {
 
-/// Three push buttons side by side, 20 by 20 at x = 0, 30 and 60, in a group.
+/// Three push buttons side by side, 20 by 20 at x = 0, 30 and 60, inserted in a group unless
+/// told not to.
 struct GroupScene : Scene
 {
     UI::ButtonGroup group;
     std::vector<UI::SimplePushButton*> buttons;
     std::vector<unsigned int> clicked;
 
-    explicit GroupScene(bool exclusive) : Scene(100, 40), group(exclusive)
+    GroupScene(bool exclusive, bool insert = true) : Scene(100, 40), group(exclusive)
     {
         for (int i = 0; i < 3; ++i)
         {
             buttons.push_back(new UI::SimplePushButton(frame.get(), nullptr, String("B%1").Arg(i),
                                                        String("%1").Arg(i)));
             buttons.back()->SetGeometry(i * 30, 0, 20, 20);
+            if (insert)
+                group.Insert(buttons.back());
         }
         group.signalClicked.Connect(nullptr,
                                     boost::function<void(unsigned int)>(
@@ -39,7 +42,7 @@ struct GroupScene : Scene
 
 TEST(ButtonGroupIds, NextIdFollowsTheHighestAndDuplicatesAreRefused)
 {
-    GroupScene s(true);
+    GroupScene s(true, false);
     EXPECT_EQ(s.group.Insert(s.buttons[0]), 0u);
     EXPECT_EQ(s.group.Insert(s.buttons[1], 7u), 7u);
     try
@@ -62,8 +65,6 @@ TEST(ButtonGroupIds, NextIdFollowsTheHighestAndDuplicatesAreRefused)
 TEST(ButtonGroupExclusive, AClickTurnsTheOthersOffAndASecondPressIsIgnored)
 {
     GroupScene s(true);
-    for (auto* b : s.buttons)
-        s.group.Insert(b);
     s.Click(5, 5);
     EXPECT_TRUE(s.buttons[0]->IsPressed());
     s.Click(35, 5);
@@ -85,8 +86,6 @@ TEST(ButtonGroupExclusive, AClickTurnsTheOthersOffAndASecondPressIsIgnored)
 TEST(ButtonGroupShared, NonExclusiveGroupsOnlyTurnButtonsOn)
 {
     GroupScene s(false);
-    for (auto* b : s.buttons)
-        s.group.Insert(b);
     s.Click(5, 5);
     s.Click(35, 5);
     EXPECT_TRUE(s.buttons[0]->IsPressed());
@@ -100,8 +99,6 @@ TEST(ButtonGroupShared, NonExclusiveGroupsOnlyTurnButtonsOn)
 TEST(ButtonGroupMembers, RemovedButtonsNoLongerReport)
 {
     GroupScene s(true);
-    for (auto* b : s.buttons)
-        s.group.Insert(b);
     s.group.Remove(s.buttons[1]);
     EXPECT_EQ(s.group.GetButtons().size(), 2u);
     s.buttons[1]->SetMode(UI::Button::Momentary);

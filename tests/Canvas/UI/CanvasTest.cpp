@@ -153,7 +153,7 @@ TEST(CanvasOverridePath, ResourceFolderComesFromTheCanvasKey)
     shared.RemoveValue("ResourceOverridePath.Other");
 }
 
-TEST(CanvasFonts, IndexFallsBackToFontZeroOnlyWhenAllowed)
+TEST(CanvasFonts, IndexFallsBackToFontZeroOnlyWhenAllowedAndMappingOnlyWhenRegistered)
 {
     UI::Canvas canvas("Fonts");
     EXPECT_EQ(nullptr, canvas.GetFont(checked_value<unsigned int>(), true));
@@ -175,6 +175,13 @@ TEST(CanvasFonts, IndexFallsBackToFontZeroOnlyWhenAllowed)
     canvas.SetFont(5, fonts[2]);
     EXPECT_EQ(6u, canvas.GetFontCount());
     EXPECT_EQ(nullptr, canvas.GetFont(4u, true));
+
+    // The string mapping function applies only once registered.
+    EXPECT_FALSE(canvas.IsFontStringMappingFunctionRegistered());
+    EXPECT_EQ(String("abc"), canvas.ApplyFontStringMappingFunction("abc"));
+    canvas.SetFontStringMappingFunction([](String s) { return s + "!"; });
+    EXPECT_TRUE(canvas.IsFontStringMappingFunctionRegistered());
+    EXPECT_EQ(String("abc!"), canvas.ApplyFontStringMappingFunction("abc"));
 }
 
 TEST(CanvasFonts, FirstFrameMakesArialElevenAsFontsZeroToTwo)
@@ -291,16 +298,6 @@ TEST(CanvasFontCache, CoversListedWindowsAndTheirSubtrees)
     EXPECT_FALSE(canvas.GetFontCache()->IsCacheEnabled(cId));
 }
 
-TEST(CanvasFontMapping, AppliesTheRegisteredFunctionOnly)
-{
-    UI::Canvas canvas("Mapping");
-    EXPECT_FALSE(canvas.IsFontStringMappingFunctionRegistered());
-    EXPECT_EQ(String("abc"), canvas.ApplyFontStringMappingFunction("abc"));
-    canvas.SetFontStringMappingFunction([](String s) { return s + "!"; });
-    EXPECT_TRUE(canvas.IsFontStringMappingFunctionRegistered());
-    EXPECT_EQ(String("abc!"), canvas.ApplyFontStringMappingFunction("abc"));
-}
-
 namespace
 {
 
@@ -383,7 +380,7 @@ TEST(CanvasFrames, FocusIndicatorComesFromTheTheme)
     EXPECT_EQ(nullptr, frame2->GetFocusIndicator());
 }
 
-TEST(CanvasCommands, WindowsAndFramesReachTheCanvasCommands)
+TEST(CanvasServices, WindowsReachTheCanvasCommandsTranslatorAndPalette)
 {
     UI::Canvas canvas("Commands");
     NativeWindow host;
@@ -403,15 +400,8 @@ TEST(CanvasCommands, WindowsAndFramesReachTheCanvasCommands)
     EXPECT_TRUE(frame->ExecuteCommand(Command::CommandInvocation("Test.Do", nullptr)));
     EXPECT_EQ(nullptr, seenWindow);
     EXPECT_FALSE(w->ExecuteCommand("Test.Unknown", w));
-}
 
-TEST(CanvasTranslation, WindowsTranslateThroughTheCanvasTranslator)
-{
-    UI::Canvas canvas("Words");
-    NativeWindow host;
-    std::unique_ptr<UI::Frame> frame = makeFrame(canvas, host);
-    UI::Window* w = makeWindow(frame.get(), nullptr, "W");
-
+    // Windows translate through the canvas translator.
     Language::Translator* first = canvas.GetTranslator();
     ASSERT_NE(nullptr, first);
     EXPECT_EQ(first, canvas.GetTranslator());
@@ -426,15 +416,8 @@ TEST(CanvasTranslation, WindowsTranslateThroughTheCanvasTranslator)
     EXPECT_EQ(String("Schliessen"), w->tr("Close"));
     EXPECT_EQ(String("Schliessen"), frame->tr("Close"));
     EXPECT_EQ(String("Open"), w->tr("Open"));
-}
 
-TEST(CanvasPalette, WindowsReadThePaletteThroughTheCanvas)
-{
-    UI::Canvas canvas("Colors");
-    NativeWindow host;
-    std::unique_ptr<UI::Frame> frame = makeFrame(canvas, host);
-    UI::Window* w = makeWindow(frame.get(), nullptr, "W");
-
+    // And read the palette through the canvas.
     EXPECT_FALSE(static_cast<bool>(w->GetPaletteColor("Text")));
     canvas.SetPaletteColor("Text", 0xFF102030u);
     canvas.SetPaletteAlpha("Shade", 128);

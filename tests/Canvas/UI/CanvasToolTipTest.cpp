@@ -64,9 +64,9 @@ public:
     bool hostVisible = false;
 };
 
-/// A canvas with one frame whose native window sits at screen (100, 100), holding, side by side, A
-/// ("Alpha"), B
-/// ("Beta") and C (no tip), each 50 by 50, and a tool tip whose text the test records.
+/// A canvas with one frame whose native window sits at screen (100, 100), holding, side by side,
+/// A ("Alpha"), B ("Beta") and C (no tip), each 50 by 50, and a tool tip whose text the test
+/// records.
 struct Scene
 {
     UI::Canvas canvas{"Tips"};
@@ -134,6 +134,14 @@ struct Scene
     }
 
     UI::Window* Showing() const { return canvas.GetToolTipWindow(); }
+
+    /// Rests on A from time 0 until its tip shows after the default delay.
+    bool ShowA()
+    {
+        MoveTo(0, Point(10, 10));
+        Tick(750);
+        return Showing() == a;
+    }
 };
 
 } // namespace
@@ -180,9 +188,7 @@ TEST(ToolTipTiming, TipIsKeptOnTheMonitor)
 TEST(ToolTipTiming, NextTipWithinTheReshowIntervalShowsAtOnce)
 {
     Scene s;
-    s.MoveTo(0, Point(10, 10));
-    s.Tick(750);
-    ASSERT_EQ(s.a, s.Showing());
+    ASSERT_TRUE(s.ShowA());
 
     // Onto B: A's tip closes, and B's follows on the next tick without a new delay.
     s.MoveTo(900, Point(70, 10));
@@ -196,9 +202,7 @@ TEST(ToolTipTiming, NextTipWithinTheReshowIntervalShowsAtOnce)
 TEST(ToolTipTiming, LeavingAndComingBackWaitsAgainUnlessWithinASecond)
 {
     Scene s;
-    s.MoveTo(0, Point(10, 10));
-    s.Tick(750);
-    ASSERT_EQ(s.a, s.Showing());
+    ASSERT_TRUE(s.ShowA());
 
     // Off to C (no tip): closed at 800.
     s.MoveTo(800, Point(130, 10));
@@ -224,9 +228,7 @@ TEST(ToolTipTiming, LeavingAndComingBackWaitsAgainUnlessWithinASecond)
 TEST(ToolTipTiming, HoverIsCheckedOnceASecond)
 {
     Scene s;
-    s.MoveTo(0, Point(10, 10));
-    s.Tick(750);
-    ASSERT_EQ(s.a, s.Showing());
+    ASSERT_TRUE(s.ShowA());
 
     // The cursor leaves without a mouse message reaching the frame (another window took it).
     s.desktop->cursor = Point(100 + 200, 100 + 90);
@@ -242,9 +244,7 @@ TEST(ToolTipTiming, HoverIsCheckedOnceASecond)
 TEST(ToolTipSuppression, ClosedTipStaysClosedUntilTheMouseLeaves)
 {
     Scene s;
-    s.MoveTo(0, Point(10, 10));
-    s.Tick(750);
-    ASSERT_EQ(s.a, s.Showing());
+    ASSERT_TRUE(s.ShowA());
 
     // A click closes the tip; resting on A afterwards shows nothing.
     s.Click(1000);
@@ -331,9 +331,7 @@ TEST(ToolTipVeto, AboutToAppearSlotCanVetoTheTip)
 TEST(ToolTipLifetime, DyingWindowsTakeTheirTipAlong)
 {
     Scene s;
-    s.MoveTo(0, Point(10, 10));
-    s.Tick(750);
-    ASSERT_EQ(s.a, s.Showing());
+    ASSERT_TRUE(s.ShowA());
     delete s.a;
     EXPECT_EQ(nullptr, s.Showing());
     EXPECT_EQ(nullptr, s.canvas.GetSuppressedToolTipWindow());

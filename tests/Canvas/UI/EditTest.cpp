@@ -77,7 +77,7 @@ TEST(EditText, SetTextStoresShowsAndSignalsChanges)
     EXPECT_EQ(0, seen.started);
 }
 
-TEST(EditText, NumericTextIsParsedClampedAndFormatted)
+TEST(EditText, NumericTextIsParsedClampedAndFormattedAndHexadecimalOnlyWhenAllowed)
 {
     Scene s;
     Edit* edit = MakeNumeric(s, 0.0f, 100.0f);
@@ -104,13 +104,10 @@ TEST(EditText, NumericTextIsParsedClampedAndFormatted)
     edit->SetRange(1.0f, 0.0f);
     edit->SetText("250");
     EXPECT_EQ(String("250"), edit->GetText());
-}
 
-TEST(EditText, HexadecimalTextOnlyWhenAllowed)
-{
-    Scene s;
-    Edit* edit = MakeNumeric(s, 0.0f, 1000.0f);
-    // "$" is no number to the float parser: without hexadecimal input it holds nothing.
+    // Hexadecimal text only when allowed: "$" is no number to the float parser: without hexadecimal
+    // input it holds nothing.
+    edit->SetRange(0.0f, 1000.0f);
     edit->SetText("$FF");
     EXPECT_FALSE(edit->GetFloatValue());
     EXPECT_EQ(String("$FF"), edit->GetText());

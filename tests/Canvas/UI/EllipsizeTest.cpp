@@ -29,7 +29,7 @@ bool isWholeUtf8(String const& text)
 
 } // namespace
 
-TEST(Ellipsize, TextThatFitsStaysAsItIs)
+TEST(Ellipsize, TextThatFitsStaysAsItIsAndTooLittleRoomLeavesTheEllipsis)
 {
     UI::Font font(nullptr, FileInfo(LiberationSans, 12.0f));
     int const width = static_cast<int>(font.GetStringWidth("Short"));
@@ -37,9 +37,16 @@ TEST(Ellipsize, TextThatFitsStaysAsItIs)
     // Fitting means strictly less than the limit.
     EXPECT_NE(String("Short"), UI::Ellipsize(&font, "Short", width, UI::EllipsisEnd));
     EXPECT_EQ(String("Short"), UI::Ellipsize(nullptr, "Short", 1, UI::EllipsisEnd));
+
+    // A limit below the ellipsis gives the ellipsis; at exactly its width no character fits
+    // beside it.
+    int const dots = static_cast<int>(font.GetStringWidth("..."));
+    EXPECT_EQ(String("..."), UI::Ellipsize(&font, "Something long", dots - 1, UI::EllipsisEnd));
+    EXPECT_EQ(String("..."), UI::Ellipsize(&font, "Something long", 0, UI::EllipsisMiddle));
+    EXPECT_EQ(String("..."), UI::Ellipsize(&font, "Something long", dots, UI::EllipsisEnd));
 }
 
-TEST(Ellipsize, EndModeKeepsTheLongestHeadThatFits)
+TEST(Ellipsize, EndModeKeepsTheLongestHeadThatFitsAndMiddleModeBothEnds)
 {
     UI::Font font(nullptr, FileInfo(LiberationSans, 12.0f));
     String const text("Checking for Tavorin updates");
@@ -54,32 +61,19 @@ TEST(Ellipsize, EndModeKeepsTheLongestHeadThatFits)
         String const longer = text.Left(head.Length() + 1) + "...";
         EXPECT_GE(static_cast<int>(font.GetStringWidth(longer)), limit);
     }
-}
 
-TEST(Ellipsize, MiddleModeKeepsBothEndsWithTheTailOneShorter)
-{
-    UI::Font font(nullptr, FileInfo(LiberationSans, 12.0f));
-    String const text("abcdefghijklmnopqrstuvwxyz");
-    String const result = UI::Ellipsize(&font, text, 70, UI::EllipsisMiddle);
+    // The middle mode keeps both ends, the tail one shorter.
+    String const letters("abcdefghijklmnopqrstuvwxyz");
+    String const result = UI::Ellipsize(&font, letters, 70, UI::EllipsisMiddle);
     checked_value<unsigned int> const dots = result.Find("...");
     ASSERT_TRUE(dots);
     String const head = result.Left(*dots);
     String const tail = result.Mid(*dots + 3);
-    EXPECT_TRUE(text.BeginsWith(head));
-    EXPECT_TRUE(text.EndsWith(tail));
+    EXPECT_TRUE(letters.BeginsWith(head));
+    EXPECT_TRUE(letters.EndsWith(tail));
     EXPECT_TRUE(head.Length() == tail.Length() || head.Length() == tail.Length() + 1);
     EXPECT_GT(head.Length(), 1u);
     EXPECT_LT(static_cast<int>(font.GetStringWidth(result)), 70);
-}
-
-TEST(Ellipsize, ALimitBelowTheEllipsisGivesTheEllipsis)
-{
-    UI::Font font(nullptr, FileInfo(LiberationSans, 12.0f));
-    int const dots = static_cast<int>(font.GetStringWidth("..."));
-    EXPECT_EQ(String("..."), UI::Ellipsize(&font, "Something long", dots - 1, UI::EllipsisEnd));
-    EXPECT_EQ(String("..."), UI::Ellipsize(&font, "Something long", 0, UI::EllipsisMiddle));
-    // Exactly the ellipsis's width: no character fits beside it.
-    EXPECT_EQ(String("..."), UI::Ellipsize(&font, "Something long", dots, UI::EllipsisEnd));
 }
 
 TEST(Ellipsize, NeverCutsInsideACharacter)

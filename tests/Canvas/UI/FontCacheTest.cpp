@@ -112,12 +112,9 @@ TEST(FontCacheDrawing, OtherWindowsDrawStraightIntoTheSection)
     UI::Native::DIBSection section(UI::Size(100, 24));
     fill(section, 0xFFFFFFFF);
     Picture picture(100, 24, 0xFFFFFFFF);
-    std::vector<UI::GlyphInfo> glyphs;
     font.RenderText(UI::Point(2, 2), "Direct", 0xFF000000, 255, UI::Rect(0, 99, 0, 23), &section,
                     UI::HAlignLeft, UI::VAlignTop, UI::Rect());
-    font.GetFreeTypeFont()->renderTextToBits(
-        UI::Point(2, 2), "Direct", 0xFF000000, 255, picture.Bounds(), picture.Bits(), picture.width,
-        picture.Size(), UI::HAlignLeft, UI::VAlignTop, UI::Rect(), glyphs);
+    DrawInto(*font.GetFreeTypeFont(), picture, UI::Point(2, 2), "Direct", 0xFF000000);
     EXPECT_EQ(0u, canvas.fontCache.GetStringCount(42));
     for (int y = 0; y < 24; ++y)
         for (int x = 0; x < 100; ++x)

@@ -66,15 +66,10 @@ Picture drawReference(ReferenceCase const& c, bool cached)
     info.underline = c.underline;
     UI::FreeTypeFont font(nullptr, info);
     EXPECT_TRUE(font.IsValid()) << c.name;
-    std::vector<UI::GlyphInfo> glyphs;
-    UI::Rect const drawn =
-        cached ? font.renderTextToBits(c.point, c.text, c.color, c.alpha, picture.Bounds(),
-                                       picture.Bits(), picture.width, picture.Size(), c.hAlign,
-                                       c.vAlign, c.box, glyphs)
-               : font.renderTextToBitsUncached(c.point, c.text, c.color, c.alpha, picture.Bounds(),
-                                               picture.Bits(), picture.width, picture.Size(),
-                                               c.hAlign, c.vAlign, c.box, glyphs);
-    EXPECT_FALSE(drawn.IsEmpty()) << c.name;
+    EXPECT_FALSE(DrawInto(font, picture, c.point, c.text, c.color, c.alpha, cached, c.hAlign,
+                          c.vAlign, c.box)
+                     .IsEmpty())
+        << c.name;
     return picture;
 }
 
@@ -84,6 +79,24 @@ int countDifferences(Picture const& a, Picture const& b)
     for (size_t i = 0; i < a.pixels.size(); ++i)
         differences += a.pixels[i] != b.pixels[i];
     return differences;
+}
+
+/// Draws through the coverage cache and the two-pass renderer onto copies of `ground` and
+/// expects the same rectangle and pixels; returns the rectangle.
+UI::Rect expectSameAsTwoPass(UI::FreeTypeFont& font, Picture const& ground, UI::Point point,
+                             char const* text, unsigned int color, unsigned char alpha,
+                             std::string const& where, UI::HAlignment hAlign = UI::HAlignLeft,
+                             UI::VAlignment vAlign = UI::VAlignTop, UI::Rect box = UI::Rect(),
+                             checked_value<UI::Rect> clip = {})
+{
+    Picture reference = ground, cached = ground;
+    UI::Rect const a =
+        DrawInto(font, reference, point, text, color, alpha, false, hAlign, vAlign, box, clip);
+    UI::Rect const b =
+        DrawInto(font, cached, point, text, color, alpha, true, hAlign, vAlign, box, clip);
+    EXPECT_EQ(a, b) << where;
+    EXPECT_EQ(0, countDifferences(reference, cached)) << where;
+    return a;
 }
 
 } // namespace
@@ -162,18 +175,8 @@ TEST(FontCoverageCache, DrawsExactlyWhatTheTwoPassRendererDraws)
 
         // Twice through the cached path: a cold and a warm coverage cache.
         for (int pass = 0; pass < 2; ++pass)
-        {
-            Picture reference = ground, cached = ground;
-            std::vector<UI::GlyphInfo> glyphs;
-            UI::Rect const a = font.renderTextToBitsUncached(
-                point, text, color, alpha, clip, reference.Bits(), reference.width,
-                reference.Size(), hAlign, vAlign, box, glyphs);
-            UI::Rect const b =
-                font.renderTextToBits(point, text, color, alpha, clip, cached.Bits(), cached.width,
-                                      cached.Size(), hAlign, vAlign, box, glyphs);
-            ASSERT_EQ(a, b) << "round " << round;
-            ASSERT_EQ(0, countDifferences(reference, cached)) << "round " << round;
-        }
+            expectSameAsTwoPass(font, ground, point, text, color, alpha,
+                                "round " + std::to_string(round), hAlign, vAlign, box, clip);
     }
 }
 
@@ -198,21 +201,11 @@ TEST(FontCoverageCache, LongTextsAndOverlappingGlyphsDrawWhatTheTwoPassRendererD
             UI::FreeTypeFont font(nullptr, FileInfo(c.file, c.size, antiAliasMode, 1));
             ASSERT_TRUE(font.IsValid());
             for (unsigned int const ground : {0xFFF4F0E8u, 0x00000000u})
-            {
-                Picture reference(300, 40, ground), cached = reference;
-                std::vector<UI::GlyphInfo> glyphs;
-                UI::Rect const a = font.renderTextToBitsUncached(
-                    UI::Point(-30, 3), c.text.c_str(), 0xFF2040A0, 200, reference.Bounds(),
-                    reference.Bits(), reference.width, reference.Size(), UI::HAlignLeft,
-                    UI::VAlignTop, UI::Rect(), glyphs);
-                UI::Rect const b = font.renderTextToBits(
-                    UI::Point(-30, 3), c.text.c_str(), 0xFF2040A0, 200, cached.Bounds(),
-                    cached.Bits(), cached.width, cached.Size(), UI::HAlignLeft, UI::VAlignTop,
-                    UI::Rect(), glyphs);
-                ASSERT_FALSE(a.IsEmpty());
-                ASSERT_EQ(a, b) << c.size << " " << antiAliasMode;
-                ASSERT_EQ(0, countDifferences(reference, cached)) << c.size << " " << antiAliasMode;
-            }
+                EXPECT_FALSE(expectSameAsTwoPass(font, Picture(300, 40, ground), UI::Point(-30, 3),
+                                                 c.text.c_str(), 0xFF2040A0, 200,
+                                                 std::to_string(c.size) + " " +
+                                                     std::to_string(antiAliasMode))
+                                 .IsEmpty());
         }
 }
 
@@ -226,15 +219,8 @@ TEST(FontCoverageCache, AFadeDrawsWhatTheTwoPassRendererDrawsAtEveryStep)
     {
         unsigned char const alpha = static_cast<unsigned char>(255 - step * 11);
         unsigned int const ground = step % 6 < 3 ? 0xFFFFFFFFu : 0xFF203040u;
-        Picture reference(120, 20, ground), cached = reference;
-        std::vector<UI::GlyphInfo> glyphs;
-        font.renderTextToBitsUncached(
-            UI::Point(2, 2), "Fading out", 0xFFE0C020, alpha, reference.Bounds(), reference.Bits(),
-            reference.width, reference.Size(), UI::HAlignLeft, UI::VAlignTop, UI::Rect(), glyphs);
-        font.renderTextToBits(UI::Point(2, 2), "Fading out", 0xFFE0C020, alpha, cached.Bounds(),
-                              cached.Bits(), cached.width, cached.Size(), UI::HAlignLeft,
-                              UI::VAlignTop, UI::Rect(), glyphs);
-        ASSERT_EQ(0, countDifferences(reference, cached)) << "step " << step;
+        expectSameAsTwoPass(font, Picture(120, 20, ground), UI::Point(2, 2), "Fading out",
+                            0xFFE0C020, alpha, "step " + std::to_string(step));
     }
 }
 
@@ -289,11 +275,7 @@ TEST(FontPlacement, AlignmentsPlaceTheTextRectangle)
     int const h = font.GetHeight();
     Picture picture(200, 60, 0xFFFFFFFF);
     auto place = [&](UI::Point p, UI::HAlignment ha, UI::VAlignment va, UI::Rect box)
-    {
-        std::vector<UI::GlyphInfo> glyphs;
-        return font.renderTextToBits(p, "Hello", 0xFF000000, 255, picture.Bounds(), picture.Bits(),
-                                     picture.width, picture.Size(), ha, va, box, glyphs);
-    };
+    { return DrawInto(font, picture, p, "Hello", 0xFF000000, 255, true, ha, va, box); };
     EXPECT_EQ(UI::Rect(10, 10 + w - 1, 5, 5 + h - 1),
               place(UI::Point(10, 5), UI::HAlignLeft, UI::VAlignTop, UI::Rect()));
     EXPECT_EQ(UI::Rect(100 - (w + 1) / 2, 100 - (w + 1) / 2 + w - 1, 30 - (h + 1) / 2,
@@ -308,11 +290,7 @@ TEST(FontPlacement, AlignmentsPlaceTheTextRectangle)
     // Outside the bitmap, or an empty text: an empty rectangle and no pixel touched.
     Picture const before = picture;
     EXPECT_TRUE(place(UI::Point(300, 5), UI::HAlignLeft, UI::VAlignTop, UI::Rect()).IsEmpty());
-    std::vector<UI::GlyphInfo> glyphs;
-    EXPECT_EQ(UI::Rect(),
-              font.renderTextToBits(UI::Point(3, 3), "", 0xFF000000, 255, picture.Bounds(),
-                                    picture.Bits(), picture.width, picture.Size(), UI::HAlignLeft,
-                                    UI::VAlignTop, UI::Rect(), glyphs));
+    EXPECT_EQ(UI::Rect(), DrawInto(font, picture, UI::Point(3, 3), "", 0xFF000000));
     EXPECT_EQ(0, countDifferences(before, picture));
 }
 
@@ -321,11 +299,8 @@ TEST(FontPlacement, ClipBoundsEveryPixelAndTheResult)
     UI::FreeTypeFont font(nullptr, FileInfo(LiberationSans, 20.0f, 2, 1));
     Picture picture(120, 40, 0xFFFFFFFF);
     UI::Rect const clip(15, 40, 8, 20);
-    std::vector<UI::GlyphInfo> glyphs;
-    UI::Rect const drawn = font.renderTextToBits(UI::Point(2, 2), "Wombat", 0xFF000000, 255, clip,
-                                                 picture.Bits(), picture.width, picture.Size(),
-                                                 UI::HAlignLeft, UI::VAlignTop, UI::Rect(), glyphs);
-    EXPECT_EQ(clip, drawn);
+    EXPECT_EQ(clip, DrawInto(font, picture, UI::Point(2, 2), "Wombat", 0xFF000000, 255, true,
+                             UI::HAlignLeft, UI::VAlignTop, UI::Rect(), clip));
     int inside = 0;
     for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x)
@@ -343,13 +318,8 @@ TEST(FontPlacement, LightTextOnDarkGroundIsDrawnHeavier)
     // than to dark text on a light one.
     UI::FreeTypeFont font(nullptr, FileInfo(LiberationSans, 12.0f, 1, 1));
     Picture dark(80, 20, 0xFF000000), light(80, 20, 0xFFFFFFFF);
-    std::vector<UI::GlyphInfo> glyphs;
-    font.renderTextToBits(UI::Point(1, 1), "ellipse", 0xFFFFFFFF, 255, dark.Bounds(), dark.Bits(),
-                          dark.width, dark.Size(), UI::HAlignLeft, UI::VAlignTop, UI::Rect(),
-                          glyphs);
-    font.renderTextToBits(UI::Point(1, 1), "ellipse", 0xFF000000, 255, light.Bounds(), light.Bits(),
-                          light.width, light.Size(), UI::HAlignLeft, UI::VAlignTop, UI::Rect(),
-                          glyphs);
+    DrawInto(font, dark, UI::Point(1, 1), "ellipse", 0xFFFFFFFF);
+    DrawInto(font, light, UI::Point(1, 1), "ellipse", 0xFF000000);
     long inkOnDark = 0, inkOnLight = 0;
     for (size_t i = 0; i < dark.pixels.size(); ++i)
     {

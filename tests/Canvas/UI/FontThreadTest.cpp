@@ -21,10 +21,7 @@ TEST(FontThreads, MeasuringAndDrawingFromSeveralThreadsAgree)
     Picture expected(120, 24, 0xFFFFFFFF);
     {
         UI::FreeTypeFont font(nullptr, FileInfo(LiberationSerif, 15.0f, 1, 1));
-        std::vector<UI::GlyphInfo> glyphs;
-        font.renderTextToBits(UI::Point(2, 2), "Drawn", 0xFF000000, 255, expected.Bounds(),
-                              expected.Bits(), expected.width, expected.Size(), UI::HAlignLeft,
-                              UI::VAlignTop, UI::Rect(), glyphs);
+        DrawInto(font, expected, UI::Point(2, 2), "Drawn", 0xFF000000);
     }
 
     std::atomic<int> failures(0);
@@ -40,24 +37,14 @@ TEST(FontThreads, MeasuringAndDrawingFromSeveralThreadsAgree)
                         if (shared.GetStringWidth(texts[i]) != expectedWidths[i])
                             ++failures;
                     Picture picture(120, 24, 0xFFFFFFFF);
-                    std::vector<UI::GlyphInfo> glyphs;
-                    UI::FreeTypeFont& target = t % 2 ? own : shared;
-                    if (&target == &own)
+                    if (t % 2)
                     {
-                        own.renderTextToBits(UI::Point(2, 2), "Drawn", 0xFF000000, 255,
-                                             picture.Bounds(), picture.Bits(), picture.width,
-                                             picture.Size(), UI::HAlignLeft, UI::VAlignTop,
-                                             UI::Rect(), glyphs);
+                        DrawInto(own, picture, UI::Point(2, 2), "Drawn", 0xFF000000);
                         if (picture.pixels != expected.pixels)
                             ++failures;
                     }
                     else
-                    {
-                        shared.renderTextToBits(UI::Point(2, 2), texts[round % 6], 0xFF000000, 255,
-                                                picture.Bounds(), picture.Bits(), picture.width,
-                                                picture.Size(), UI::HAlignLeft, UI::VAlignTop,
-                                                UI::Rect(), glyphs);
-                    }
+                        DrawInto(shared, picture, UI::Point(2, 2), texts[round % 6], 0xFF000000);
                 }
             });
     for (std::thread& thread : threads)

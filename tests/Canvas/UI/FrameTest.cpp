@@ -31,7 +31,7 @@ unsigned int const kGreen = 0xFF00FF00u;
 unsigned int const kBlue = 0xFF0000FFu;
 unsigned int const kGrey = 0xFF808080u;
 
-/// A frame on an in-memory host with a real memory draw context.
+/// A frame on an in-memory host with a real memory draw context, in a background color if given.
 struct Scene
 {
     UI::Canvas canvas{"Test"};
@@ -40,11 +40,14 @@ struct Scene
     std::unique_ptr<UI::Frame> frame;
     Log log;
 
-    explicit Scene(int width = 64, int height = 48)
+    explicit Scene(int width = 64, int height = 48,
+                   checked_value<unsigned int> background = checked_value<unsigned int>())
     {
         frame.reset(new UI::Frame(&canvas, host.Handle(), &context, Point(), "unused",
                                   Rect(0, width - 1, 0, height - 1)));
         frame->SetHostWindow(&host);
+        if (background)
+            frame->SetBackgroundColor(background);
     }
 
     /// Paints and forgets what the host was told.
@@ -88,6 +91,14 @@ struct Scene
         EXPECT_EQ(wrong, 0);
     }
 
+    /// The log so far, emptied.
+    Log Take()
+    {
+        Log taken;
+        taken.swap(log);
+        return taken;
+    }
+
     bool Mouse(UI::MouseMessage m, int x, int y, unsigned int flags = 0, int delta = 0)
     {
         return frame->HandleMouseMessage(m, Point(x, y), flags, delta);
@@ -124,7 +135,7 @@ void recordPresent(boost::shared_ptr<UI::Native::DIBSection> const&, void*, CGCo
 
 // ---- invalid regions
 
-TEST(FrameInvalidate, RegionsMergeOnlyWhileTheUnionStaysSmall)
+TEST(FrameInvalidate, RegionsMergeOnlyWhileTheUnionStaysSmallAndABridgeFoldsThemIntoTheFirst)
 {
     Scene s(200, 200);
     s.Settle();
@@ -149,11 +160,8 @@ TEST(FrameInvalidate, RegionsMergeOnlyWhileTheUnionStaysSmall)
               (std::vector<Rect>{Rect(0, 99, 50, 59), Rect(50, 59, 0, 99)}));
     EXPECT_EQ(s.host.invalidated.size(), 2u);
     EXPECT_EQ(s.host.posts, 2);
-}
 
-TEST(FrameInvalidate, ABridgeFoldsSeveralRegionsIntoTheFirst)
-{
-    Scene s(200, 200);
+    // A bridge folds several regions into the first.
     s.Settle();
     s.frame->Invalidate(Rect(100, 109, 0, 9), true);
     s.frame->Invalidate(Rect(0, 9, 0, 9), true);
@@ -197,8 +205,7 @@ TEST(FrameInvalidate, NothingPaintsUntilDrawingIsEnabled)
 
 TEST(FrameRender, FullPaintMatchesTheReferencePicture)
 {
-    Scene s(40, 30);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(40, 30, kGrey);
     RecordingWindow* back = s.Make(nullptr, "Back", 2, 2, 20, 20, kRed);
     // The child reaches past its parent and is cut at the parent's edge.
     s.Make(back, "Child", 15, 15, 10, 10, kGreen);
@@ -218,8 +225,7 @@ TEST(FrameRender, FullPaintMatchesTheReferencePicture)
 
 TEST(FrameRender, OnlyInvalidRegionsAreRepainted)
 {
-    Scene s(40, 30);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(40, 30, kGrey);
     RecordingWindow* box = s.Make(nullptr, "Box", 0, 0, 10, 10, kRed);
     s.Settle();
 
@@ -254,8 +260,7 @@ TEST(FrameRender, WithoutBackgroundAHiddenWindowLeavesItsPixels)
 
 TEST(FrameRender, BackgroundBitsOfTheFrameSizeSuppressTheColor)
 {
-    Scene s(4, 2);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(4, 2, kGrey);
     auto bits = UI::CreateDIBits(UI::Size(4, 2), kBlue);
     bits->GetPixels()[0] = kRed;
     s.frame->SetBackgroundBits(bits);
@@ -271,8 +276,7 @@ TEST(FrameRender, BackgroundBitsOfTheFrameSizeSuppressTheColor)
 
 TEST(FrameRender, RegionsReachTheHostInOrderAndRepaintPaintsAtOnce)
 {
-    Scene s(50, 50);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(50, 50, kGrey);
     UI::Native::SetDrawDIBSectionFunction(&recordPresent);
     presented.clear();
     RecordingWindow* box = s.Make(nullptr, "Box", 0, 0, 10, 10, kRed);
@@ -298,8 +302,7 @@ TEST(FrameRender, RegionsReachTheHostInOrderAndRepaintPaintsAtOnce)
 
 TEST(FrameRender, HotDrawMarksRegionsRedAndRepaintsAllWhenItTurnsOn)
 {
-    Scene s(30, 30);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(30, 30, kGrey);
     s.Settle();
     UI::g_hotDrawMode = 1;
     s.host.capsLock = true;
@@ -340,15 +343,14 @@ TEST(FrameRender, AFailingDrawLeavesTheFrameUsable)
 
 TEST(FrameMouse, ATransparentWindowIsNotPaintedButTakesInput)
 {
-    Scene s(20, 20);
-    s.frame->SetBackgroundColor(kGrey);
+    Scene s(20, 20, kGrey);
     RecordingWindow* ghost = s.Make(nullptr, "Ghost", 0, 0, 10, 10, kRed);
     ghost->SetAlpha(0);
     ghost->takesMouse = true;
     s.Settle();
     EXPECT_EQ(s.Pixel(5, 5), kGrey);
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 5, 5));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Ghost:press(5,5)"}));
+    EXPECT_EQ(s.log, (Log{"Ghost:press(5,5)"}));
 }
 
 TEST(FrameMouse, TheTopmostWindowTakesTheMessageFirstAndRefusalsFallThrough)
@@ -363,20 +365,17 @@ TEST(FrameMouse, TheTopmostWindowTakesTheMessageFirstAndRefusalsFallThrough)
 
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 35, 35));
     // Over refused; Left, below it, took the press in its own coordinates.
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Over:press(5,5)", "Left:press(25,25)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Over:press(5,5)", "Left:press(25,25)"}));
 
     over->SetEnabled(false);
     EXPECT_TRUE(s.Mouse(UI::MouseRightPress, 60, 60));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Back:rpress(60,60)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Back:rpress(60,60)"}));
 
     left->Hide();
     over->SetEnabled(true);
     over->takesMouse = true;
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 20, 20));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Back:press(20,20)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Back:press(20,20)"}));
 
     // Outside every window, and outside the frame.
     back->takesMouse = false;
@@ -395,8 +394,7 @@ TEST(FrameMouse, MovesWithoutButtonsReachOnlyTrackingWindows)
     // Above doesn't track: the move is answered false there and goes on below.
     below->SetMouseTracking(true);
     EXPECT_TRUE(s.Mouse(UI::MouseMove, 10, 10));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Below:move(10,10)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Below:move(10,10)"}));
 
     below->SetMouseTracking(false);
     EXPECT_FALSE(s.Mouse(UI::MouseMove, 10, 10));
@@ -404,7 +402,7 @@ TEST(FrameMouse, MovesWithoutButtonsReachOnlyTrackingWindows)
 
     // With a button held every window sees moves.
     EXPECT_TRUE(s.Mouse(UI::MouseMove, 10, 10, UI::FlagLeftButton));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Above:move(10,10)"}));
+    EXPECT_EQ(s.log, (Log{"Above:move(10,10)"}));
 }
 
 TEST(FrameMouse, CaptureTakesEverythingAndHandsOverWithARelease)
@@ -421,12 +419,10 @@ TEST(FrameMouse, CaptureTakesEverythingAndHandsOverWithARelease)
     EXPECT_TRUE(s.Mouse(UI::MouseLeftPress, 65, 65));
     EXPECT_TRUE(s.Mouse(UI::MouseMove, 0, 0));
     EXPECT_TRUE(s.Mouse(UI::MouseWheel, 20, 20, 0, -3));
-    EXPECT_EQ(s.log,
-              (std::vector<std::string>{"A:press(50,50)", "A:move(-15,-15)", "A:wheel-3(5,5)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"A:press(50,50)", "A:move(-15,-15)", "A:wheel-3(5,5)"}));
 
     s.frame->SetMouseCapture(b);
-    EXPECT_EQ(s.log, (std::vector<std::string>{"A:release(0,0)"}));
+    EXPECT_EQ(s.log, (Log{"A:release(0,0)"}));
     s.frame->ReleaseMouseCapture();
     EXPECT_EQ(s.frame->GetMouseCapture(), nullptr);
 
@@ -449,15 +445,14 @@ TEST(FrameMouse, EnterAndExitFollowTheTrackingWindowsUnderThePointer)
 
     // Without the mouse inside the frame nothing is tracked.
     s.Mouse(UI::MouseMove, 15, 15);
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Inner:move(5,5)", "Outer:move(15,15)"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Inner:move(5,5)", "Outer:move(15,15)"}));
 
     s.frame->HandleMouseEnter();
     s.Mouse(UI::MouseMove, 15, 15);
     EXPECT_EQ(s.frame->GetMouseOverWindows(), (std::set<Window*>{outer, inner}));
     std::vector<std::string> enters(s.log.begin(), s.log.begin() + 2);
     std::sort(enters.begin(), enters.end());
-    EXPECT_EQ(enters, (std::vector<std::string>{"Inner:enter", "Outer:enter"}));
+    EXPECT_EQ(enters, (Log{"Inner:enter", "Outer:enter"}));
     s.log.clear();
 
     s.Mouse(UI::MouseMove, 80, 10);
@@ -471,7 +466,7 @@ TEST(FrameMouse, EnterAndExitFollowTheTrackingWindowsUnderThePointer)
     s.log.clear();
 
     s.frame->HandleMouseExit();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Other:exit"}));
+    EXPECT_EQ(s.log, (Log{"Other:exit"}));
     EXPECT_TRUE(s.frame->GetMouseOverWindows().empty());
 }
 
@@ -499,7 +494,7 @@ TEST(FrameMouse, DialogsRestrictOrRefuseInput)
     // Keys: the top-level window is asked before the animation check.
     back->takesKeys = false;
     EXPECT_FALSE(s.Key('A'));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Back:key65"}));
+    EXPECT_EQ(s.log, (Log{"Back:key65"}));
 
     int closed = 0;
     s.frame->signalDialogClosed.Connect(nullptr, boost::function<void()>([&] { ++closed; }));
@@ -508,7 +503,7 @@ TEST(FrameMouse, DialogsRestrictOrRefuseInput)
     EXPECT_EQ(s.frame->GetActiveDialog(), nullptr);
 }
 
-TEST(FrameMouse, CursorComesFromTheDeepestWindowWithItsOwn)
+TEST(FrameMouse, CursorComesFromTheDeepestWindowWithItsOwnAndAPressFocusesTheNativeWindow)
 {
     Scene s(100, 100);
     RecordingWindow* back = s.Make(nullptr, "Back", 0, 0, 100, 100);
@@ -527,11 +522,8 @@ TEST(FrameMouse, CursorComesFromTheDeepestWindowWithItsOwn)
     EXPECT_EQ(s.host.cursors.size(), count);
     s.Mouse(UI::MouseMove, 200, 200);
     EXPECT_EQ(s.host.cursors.back(), UI::Cursor());
-}
 
-TEST(FrameMouse, APressGivesTheNativeWindowFocusWhenItLacksIt)
-{
-    Scene s(100, 100);
+    // A press gives the native window focus when it lacks it; no windows here take input.
     s.host.holdingFocus = false;
     s.Mouse(UI::MouseMove, 5, 5);
     EXPECT_EQ(s.host.nativeFocusRequests, 0);
@@ -625,14 +617,13 @@ TEST(FrameFocus, KeysGoToTheTopLevelWindowThenUpFromTheFocus)
     s.log.clear();
 
     EXPECT_FALSE(s.Key('Q'));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Root:key81", "Field:key81", "B:key81"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"Root:key81", "Field:key81", "B:key81"}));
 
     s.b->takesKeys = true;
     EXPECT_TRUE(s.frame->HandleKeyboardMessage(UI::KeyCharacter, 0, 'q', 0, false));
     EXPECT_TRUE(s.frame->HandleKeyboardMessage(UI::KeyRelease, 81, 0, 0, false));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Root:charq", "Field:charq", "B:charq", "Root:up81",
-                                               "Field:up81", "B:up81"}));
+    EXPECT_EQ(s.log,
+              (Log{"Root:charq", "Field:charq", "B:charq", "Root:up81", "Field:up81", "B:up81"}));
     // A handled key starts the focus indicator's timer.
     EXPECT_TRUE(s.frame->GetFocusIndicatorStarted());
 }
@@ -651,7 +642,7 @@ TEST(FrameFocus, UnhandledKeysGoToTheCurrentFrame)
     s.canvas.SetCurrentFrame(&other);
     s.log.clear();
     EXPECT_TRUE(s.Key('Z'));
-    EXPECT_EQ(s.log, (std::vector<std::string>{"Root:key90", "Other Root:key90"}));
+    EXPECT_EQ(s.log, (Log{"Root:key90", "Other Root:key90"}));
 }
 
 TEST(FrameFocus, NativeFocusLossRemembersTheWindow)
@@ -710,7 +701,7 @@ struct TimerScene : Scene
     TimerScene() { w = Make(nullptr, "W", 0, 0, 10, 10); }
 };
 
-TEST(FrameTimers, IdsTakeTheLowestFreeNumber)
+TEST(FrameTimers, IdsTakeTheLowestFreeNumberDueTimersFireOneShotsEndAndLongOnesWait)
 {
     TimerScene s;
     EXPECT_EQ(s.frame->SetTimer(s.w, 1000), 1u);
@@ -721,23 +712,21 @@ TEST(FrameTimers, IdsTakeTheLowestFreeNumber)
     EXPECT_EQ(s.frame->SetTimer(s.w, 1000), 2u);
     EXPECT_EQ(s.frame->GetTimers().size(), 3u);
     EXPECT_EQ(s.frame->GetTimers()[1].id, 2u);
-}
 
-TEST(FrameTimers, DueTimersFireOneShotsEndAndLongOnesWait)
-{
-    TimerScene s;
+    // Due timers fire, one-shots end and long ones wait.
+    for (unsigned int id : {1u, 2u, 3u})
+        s.frame->EndTimer(id);
     s.frame->SetTimer(s.w, 0);
     s.frame->SetTimer(s.w, 0, true);
     s.frame->SetTimer(s.w, 3600000);
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer2"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"W:timer1", "W:timer2"}));
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1"}));
+    EXPECT_EQ(s.log, (Log{"W:timer1"}));
     EXPECT_EQ(s.frame->GetTimers().size(), 2u);
 }
 
-TEST(FrameTimers, ATimerThatEndsItselfLetsTheNextOneFire)
+TEST(FrameTimers, ATimerThatEndsItselfLetsTheNextOneFireAndNewOnesWaitForTheNextPass)
 {
     TimerScene s;
     unsigned int first = s.frame->SetTimer(s.w, 0);
@@ -748,33 +737,27 @@ TEST(FrameTimers, ATimerThatEndsItselfLetsTheNextOneFire)
             s.frame->EndTimer(id);
     };
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer2"}));
+    EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer2"}));
     ASSERT_EQ(s.frame->GetTimers().size(), 1u);
     EXPECT_EQ(s.frame->GetTimers()[0].id, 2u);
-}
 
-TEST(FrameTimers, TimersMadeInsideOnTimerWaitForTheNextPass)
-{
-    TimerScene s;
-    s.frame->SetTimer(s.w, 0);
-    s.frame->SetTimer(s.w, 0);
-    s.frame->EndTimer(1);
+    // Timers made inside OnTimer wait for the next pass: with 2 running, they take id 1, ahead
+    // of the running timer, and id 3, behind it.
+    s.log.clear();
     bool made = false;
     s.w->timerAction = [&](unsigned int)
     {
         if (!made)
         {
             made = true;
-            // Takes id 1, ahead of the running timer, and id 3, behind it.
             EXPECT_EQ(s.frame->SetTimer(s.w, 0), 1u);
             EXPECT_EQ(s.frame->SetTimer(s.w, 0), 3u);
         }
     };
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer2"}));
-    s.log.clear();
+    EXPECT_EQ(s.Take(), (Log{"W:timer2"}));
     s.frame->tickTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer2", "W:timer3"}));
+    EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer2", "W:timer3"}));
 }
 
 TEST(FrameTimers, AWindowThatDiesTakesItsTimersAlong)
@@ -794,7 +777,7 @@ TEST(FrameTimers, AWindowThatDiesTakesItsTimersAlong)
         }
     };
     s.canvas.TickFrameTimers();
-    EXPECT_EQ(s.log, (std::vector<std::string>{"W:timer1", "W:timer3"}));
+    EXPECT_EQ(s.log, (Log{"W:timer1", "W:timer3"}));
     EXPECT_EQ(s.frame->GetTimers().size(), 2u);
 }
 
@@ -818,20 +801,7 @@ TEST(FrameTimers, TheFocusIndicatorTimesOut)
 
 // ---- wheel and frame geometry
 
-TEST(FrameWheel, FractionsAccumulatePerSource)
-{
-    Scene s;
-    unsigned long long id = UI::Frame::CreateWheelDeltaID(nullptr, 1);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 0);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 1);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(2.5f, id), 2);
-    // Another source starts again from nothing.
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.9f, id + 1), 0);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(-2.0f, id + 1), -1);
-    EXPECT_EQ(s.frame->AccumulateWheelDelta(1.0f, id + 2), 0);
-}
-
-TEST(FrameGeometry, TheTopLevelWindowTracksTheDrawRectangle)
+TEST(FrameGeometry, TheTopLevelWindowTracksTheDrawRectangleAndWheelFractionsAccumulatePerSource)
 {
     Scene s(50, 40);
     s.Settle();
@@ -857,6 +827,16 @@ TEST(FrameGeometry, TheTopLevelWindowTracksTheDrawRectangle)
     EXPECT_EQ(s.frame->GetTopLevelWindow(), nullptr);
     s.frame->SetTopLevelWindow(second);
     EXPECT_EQ(s.frame->GetTopLevelWindow(), second);
+
+    // Wheel fractions accumulate per source.
+    unsigned long long id = UI::Frame::CreateWheelDeltaID(nullptr, 1);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 0);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.6f, id), 1);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(2.5f, id), 2);
+    // Another source starts again from nothing.
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(0.9f, id + 1), 0);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(-2.0f, id + 1), -1);
+    EXPECT_EQ(s.frame->AccumulateWheelDelta(1.0f, id + 2), 0);
 }
 
 TEST(FrameLifetime, TheFrameDeletesOwnedTopLevelWindowsAndLeavesTheCanvas)

@@ -13,7 +13,7 @@
 using namespace FontTest;
 using TestSupport::TempFolder;
 
-TEST(FontLookup, ArialResolvesToTheMetricCompatibleFace)
+TEST(FontLookup, ArialResolvesToTheMetricCompatibleFaceAndUnknownFacesToNothing)
 {
     EXPECT_EQ(FilePath(LiberationSans), UI::Font::GetNSFontForInfo("Arial", false, false));
     EXPECT_EQ(FilePath("/usr/share/fonts/truetype/liberation2/LiberationSans-BoldItalic.ttf"),
@@ -22,10 +22,8 @@ TEST(FontLookup, ArialResolvesToTheMetricCompatibleFace)
               UI::Font::GetNSFontForInfo("Liberation Sans", false, false));
     EXPECT_EQ(FilePath(LiberationSerif),
               UI::Font::GetNSFontForInfo("times new roman", false, false));
-}
 
-TEST(FontLookup, UnknownFacesAreNotReplacedByADefault)
-{
+    // Unknown faces are not replaced by a default.
     EXPECT_TRUE(UI::Font::GetNSFontForInfo("No Such Face Anywhere", false, false).IsEmpty());
     EXPECT_TRUE(UI::Font::GetNSFontForInfo("", false, false).IsEmpty());
 
@@ -76,11 +74,7 @@ TEST(FontOpening, AFaceThatCannotBeOpenedMeasuresZeroAndDrawsNothing)
         EXPECT_FALSE(raw.IsValid());
         std::vector<UI::GlyphInfo> glyphs;
         EXPECT_EQ(0u, raw.GetStringWidth("Hello", glyphs));
-        EXPECT_TRUE(raw.renderTextToBits(UI::Point(0, 0), "Hello", 0xFF000000, 255,
-                                         picture.Bounds(), picture.Bits(), picture.width,
-                                         picture.Size(), UI::HAlignLeft, UI::VAlignTop, UI::Rect(),
-                                         glyphs)
-                        .IsEmpty());
+        EXPECT_TRUE(DrawInto(raw, picture, UI::Point(0, 0), "Hello", 0xFF000000).IsEmpty());
         for (unsigned int p : picture.pixels)
             ASSERT_EQ(0xFFFFFFFFu, p);
     }
@@ -100,7 +94,7 @@ TEST(FontOpening, MetricsFollowTheFaceAtTheRequestedSize)
     }
 }
 
-TEST(FontOpening, LoadFlagsFollowHintingAndAutoHint)
+TEST(FontOpening, LoadFlagsFollowHintingAndAutoHintAndMixFactorsTheSizeTable)
 {
     UI::FontInfo info = FileInfo(LiberationSans, 12.0f, 0);
     EXPECT_EQ(0x21000u, UI::FreeTypeFont(nullptr, info).GetLoadFlags());
@@ -110,10 +104,8 @@ TEST(FontOpening, LoadFlagsFollowHintingAndAutoHint)
     EXPECT_EQ(0u, UI::FreeTypeFont(nullptr, info).GetLoadFlags());
     info.forceAutoHint = true;
     EXPECT_EQ(32u, UI::FreeTypeFont(nullptr, info).GetLoadFlags());
-}
 
-TEST(FontOpening, MixFactorByTheSizeTable)
-{
+    // The mix factor by the size table.
     using UI::FreeTypeFont;
     EXPECT_EQ(0.0f, FreeTypeFont::ComputeMixFactor(0, 2, 10.0f));
     EXPECT_EQ(1.0f, FreeTypeFont::ComputeMixFactor(1, 1, 10.0f));

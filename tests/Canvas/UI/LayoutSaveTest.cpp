@@ -22,6 +22,16 @@ bool Contains(std::string const& text, std::string const& part)
     return text.find(part) != std::string::npos;
 }
 
+/// Expects each of `present` in `text` and none of `absent`.
+void ExpectParts(std::string const& text, std::vector<std::string> const& present,
+                 std::vector<std::string> const& absent = {})
+{
+    for (std::string const& part : present)
+        EXPECT_TRUE(Contains(text, part)) << part << " in\n" << text;
+    for (std::string const& part : absent)
+        EXPECT_FALSE(Contains(text, part)) << part << " in\n" << text;
+}
+
 /// A tree with a code-built panel, a layout-made child inside it and properties on both.
 struct SavedTree
 {
@@ -72,9 +82,8 @@ TEST(LayoutSave, RoundTripRebuildsGeometryAndPropertiesWithoutMetrics)
     }
     ASSERT_FALSE(saved.empty());
     EXPECT_EQ(saved.rfind("<?xml version=\"1.0\" standalone=\"yes\"?>", 0), 0u) << saved;
-    EXPECT_FALSE(Contains(saved, "<TvCanvasLayout-1 X=")) << saved;
     // Metrics belong to the code and the hand-written layouts, not beside a saved geometry.
-    EXPECT_FALSE(Contains(saved, "Metric")) << saved;
+    ExpectParts(saved, {}, {"<TvCanvasLayout-1 X=", "Metric"});
 
     // Fresh windows, as a program's constructors build them, take the saved file.
     LayoutScene s;
@@ -105,15 +114,12 @@ TEST(LayoutSave, RootGeometryOnlyWhenAskedAndNotForOwnFileMode)
     SavedTree tree(s);
     tree.root->SetGeometry(1, 2, 30, 40);
     ASSERT_TRUE(tree.root->SaveLayout(true));
-    std::string saved = s.ReadLayout("Main");
-    EXPECT_TRUE(Contains(saved, "<TvCanvasLayout-1 X=\"1\" Y=\"2\" Width=\"30\" Height=\"40\">"))
-        << saved;
+    ExpectParts(s.ReadLayout("Main"),
+                {"<TvCanvasLayout-1 X=\"1\" Y=\"2\" Width=\"30\" Height=\"40\">"});
 
     tree.root->SetDynamicLayoutMode(Window::DynamicLayoutOwnFile);
     ASSERT_TRUE(tree.root->SaveLayout(true));
-    saved = s.ReadLayout("Main");
-    EXPECT_TRUE(Contains(saved, "<TvCanvasLayout-1>")) << saved;
-    EXPECT_TRUE(Contains(saved, "Name=\"panel\"")) << saved;
+    ExpectParts(s.ReadLayout("Main"), {"<TvCanvasLayout-1>", "Name=\"panel\""});
 }
 
 TEST(LayoutSave, NeedsALayoutNameAndAnOverrideFolder)
@@ -170,19 +176,12 @@ TEST(LayoutSave, ModesDecideWhatAppears)
 
     s.UseOverrideFolder();
     ASSERT_TRUE(root->SaveLayout(false));
-    std::string saved = s.ReadLayout("Main");
-    EXPECT_FALSE(Contains(saved, "never")) << saved;
-    EXPECT_FALSE(Contains(saved, "insideNever")) << saved;
-    EXPECT_TRUE(Contains(saved, "<Child Name=\"code\" X=\"1\" Y=\"1\" Width=\"5\" Height=\"5\">"))
-        << saved;
-    EXPECT_TRUE(Contains(saved, "<Child Name=\"holder\">")) << saved;
-    EXPECT_TRUE(Contains(saved, "<Child Name=\"saved\" X=\"2\" Y=\"3\" Width=\"4\" Height=\"5\"/>"))
-        << saved;
-    EXPECT_FALSE(Contains(saved, "\"empty")) << saved;
-    EXPECT_FALSE(Contains(saved, "alsoCode")) << saved;
-    EXPECT_TRUE(Contains(saved, "<Child Name=\"own\" X=\"7\"")) << saved;
-    EXPECT_FALSE(Contains(saved, "hidden")) << saved;
-    EXPECT_FALSE(Contains(saved, "dialog")) << saved;
+    ExpectParts(s.ReadLayout("Main"),
+                {"<Child Name=\"code\" X=\"1\" Y=\"1\" Width=\"5\" Height=\"5\">",
+                 "<Child Name=\"holder\">",
+                 "<Child Name=\"saved\" X=\"2\" Y=\"3\" Width=\"4\" Height=\"5\"/>",
+                 "<Child Name=\"own\" X=\"7\""},
+                {"never", "insideNever", "\"empty", "alsoCode", "hidden", "dialog"});
 }
 
 TEST(LayoutSave, UnregisteredLayoutMadeWindowsLoseTheirElement)
@@ -200,12 +199,8 @@ TEST(LayoutSave, UnregisteredLayoutMadeWindowsLoseTheirElement)
 
     s.UseOverrideFolder();
     ASSERT_TRUE(root->SaveLayout(false));
-    std::string saved = s.ReadLayout("Main");
-    EXPECT_FALSE(Contains(saved, "loner")) << saved;
     // The walk stops at the unregistered window: nothing of it remains, children included.
-    EXPECT_FALSE(Contains(saved, "parent")) << saved;
-    EXPECT_FALSE(Contains(saved, "kid")) << saved;
-    EXPECT_TRUE(Contains(saved, "<TvCanvasLayout-1/>")) << saved;
+    ExpectParts(s.ReadLayout("Main"), {"<TvCanvasLayout-1/>"}, {"loner", "parent", "kid"});
 }
 
 TEST(LayoutSave, WindowsWithTheirOwnLayoutGetTheirOwnFile)
@@ -220,15 +215,13 @@ TEST(LayoutSave, WindowsWithTheirOwnLayoutGetTheirOwnFile)
 
     s.UseOverrideFolder();
     ASSERT_TRUE(root->SaveLayout(false));
-    std::string main = s.ReadLayout("Main");
-    std::string own = s.ReadLayout("Panel");
-    EXPECT_TRUE(Contains(main, "<Child Name=\"panel\" X=\"4\" Y=\"4\" Width=\"40\" Height=\"40\" "
-                               "Layout=\"Panel\"/>"))
-        << main;
-    EXPECT_FALSE(Contains(main, "inPanel")) << main;
-    EXPECT_TRUE(Contains(own, "<TvCanvasLayout-1>")) << own;
-    EXPECT_TRUE(Contains(own, "<Child Name=\"inPanel\" X=\"1\" Y=\"2\" Width=\"3\" Height=\"4\"/>"))
-        << own;
+    ExpectParts(
+        s.ReadLayout("Main"),
+        {"<Child Name=\"panel\" X=\"4\" Y=\"4\" Width=\"40\" Height=\"40\" Layout=\"Panel\"/>"},
+        {"inPanel"});
+    ExpectParts(s.ReadLayout("Panel"),
+                {"<TvCanvasLayout-1>",
+                 "<Child Name=\"inPanel\" X=\"1\" Y=\"2\" Width=\"3\" Height=\"4\"/>"});
 
     // Both files together rebuild the tree.
     LayoutScene fresh;
@@ -254,10 +247,8 @@ TEST(LayoutSave, FrameSavesItsTopLevelWindows)
     s.frame->SetLayoutName("Top");
     s.UseOverrideFolder();
     ASSERT_TRUE(s.frame->SaveLayout());
-    std::string saved = s.ReadLayout("Top");
-    EXPECT_TRUE(Contains(saved, "<Child Name=\"a\" X=\"1\" Y=\"2\" Width=\"3\" Height=\"4\"/>"))
-        << saved;
-    EXPECT_FALSE(Contains(saved, "\"b\"")) << saved;
+    ExpectParts(s.ReadLayout("Top"),
+                {"<Child Name=\"a\" X=\"1\" Y=\"2\" Width=\"3\" Height=\"4\"/>"}, {"\"b\""});
 
     a->SetGeometry(0, 0, 1, 1);
     ASSERT_TRUE(s.frame->LoadLayout());

@@ -73,6 +73,15 @@ void LoadPackedResources()
     loaded = true;
 }
 
+/// A layout scene with a 200 by 200 window "root".
+struct OnRoot : ::testing::Test
+{
+    LayoutScene s;
+    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
+};
+using LayoutLoadOnRoot = OnRoot;
+using LayoutNestedOnRoot = OnRoot;
+
 } // namespace
 
 // ---- the document and its root
@@ -148,10 +157,8 @@ TEST(LayoutLoad, MetricsStopAtTheFirstGap)
 
 // ---- children
 
-TEST(LayoutLoad, UnknownChildSkipsItsSubtreeAndLoadingGoesOn)
+TEST_F(LayoutLoadOnRoot, UnknownChildSkipsItsSubtreeAndLoadingGoesOn)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     LayoutProbe* a = s.Probe(root, "a");
     LayoutProbe* b = s.Probe(root, "b");
     ASSERT_TRUE(
@@ -170,10 +177,8 @@ TEST(LayoutLoad, UnknownChildSkipsItsSubtreeAndLoadingGoesOn)
     EXPECT_EQ(root->FindChildWindow("never"), nullptr);
 }
 
-TEST(LayoutLoad, ChildWithoutXKeepsGeometryButGetsTheRest)
+TEST_F(LayoutLoadOnRoot, ChildWithoutXKeepsGeometryButGetsTheRest)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     LayoutProbe* a = s.Probe(root, "a", 3, 4, 5, 6);
     LayoutProbe* inner = s.Probe(a, "inner", 0, 0, 1, 1);
     ASSERT_TRUE(LoadXml(
@@ -194,10 +199,8 @@ TEST(LayoutLoad, ChildWithoutXKeepsGeometryButGetsTheRest)
     EXPECT_EQ(a->GetDynamicLayoutMode(), Window::DynamicLayoutCode);
 }
 
-TEST(LayoutLoad, NewChildMakesRegisteredTypesOnly)
+TEST_F(LayoutLoadOnRoot, NewChildMakesRegisteredTypesOnly)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     ASSERT_TRUE(LoadXml(
         s, root,
         LayoutXml("", "<NewChild Name=\"p\" Type=\"LayoutProbe\" X=\"1\" Y=\"2\" Width=\"3\" "
@@ -222,10 +225,8 @@ TEST(LayoutLoad, NewChildMakesRegisteredTypesOnly)
     EXPECT_TRUE(w->IsLayoutCreated());
 }
 
-TEST(LayoutLoad, NameMayComeFromAFirstTextNode)
+TEST_F(LayoutLoadOnRoot, NameMayComeFromAFirstTextNode)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     LayoutProbe* a = s.Probe(root, "a", 0, 0, 1, 1);
     ASSERT_TRUE(
         LoadXml(s, root,
@@ -239,10 +240,8 @@ TEST(LayoutLoad, NameMayComeFromAFirstTextNode)
     EXPECT_EQ(root->child_windows().size(), 3u);
 }
 
-TEST(LayoutLoad, PropertiesWaitUntilTheChildrenExist)
+TEST_F(LayoutLoadOnRoot, PropertiesWaitUntilTheChildrenExist)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     ASSERT_TRUE(
         LoadXml(s, root,
                 LayoutXml("", "<NewChild Name=\"p\" Type=\"LayoutProbe\" X=\"1\">"
@@ -261,10 +260,8 @@ TEST(LayoutLoad, PropertiesWaitUntilTheChildrenExist)
     EXPECT_EQ(p->GetProperty<String>("Label"), checked_value<String>(String("second")));
 }
 
-TEST(LayoutLoad, BadPropertiesAreSkipped)
+TEST_F(LayoutLoadOnRoot, BadPropertiesAreSkipped)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     ASSERT_TRUE(
         LoadXml(s, root,
                 LayoutXml("", "<Property Name=\"Label\" Type=\"NoSuchType\" Value=\"x\"/>"
@@ -279,10 +276,8 @@ TEST(LayoutLoad, BadPropertiesAreSkipped)
     EXPECT_EQ(root->GetProperty<String>("Label"), checked_value<String>(String("")));
 }
 
-TEST(LayoutLoad, UnknownElementsAndOtherNodesAreSkipped)
+TEST_F(LayoutLoadOnRoot, UnknownElementsAndOtherNodesAreSkipped)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     LayoutProbe* a = s.Probe(root, "a");
     ASSERT_TRUE(LoadXml(s, root,
                         LayoutXml("", "<!-- a comment -->text<Widget Name=\"a\" X=\"50\"/>"
@@ -291,10 +286,8 @@ TEST(LayoutLoad, UnknownElementsAndOtherNodesAreSkipped)
     EXPECT_EQ(a->GetGeometry(), Rect(6, 11, 6, 11));
 }
 
-TEST(LayoutLoad, LoadingTwiceDuplicatesNewChildrenUnlessDeletedFirst)
+TEST_F(LayoutLoadOnRoot, LoadingTwiceDuplicatesNewChildrenUnlessDeletedFirst)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     LayoutProbe* kept = s.Probe(root, "kept");
     std::string xml = LayoutXml("", "<NewChild Name=\"made\" Type=\"Window\" X=\"1\" Y=\"1\" "
                                     "Width=\"5\" Height=\"5\"/>");
@@ -333,10 +326,8 @@ TEST(LayoutLoad, WithoutAWindowTheFrameTopLevelIsLaidOut)
 
 // ---- nested layouts named by "Layout"
 
-TEST(LayoutNested, LayoutAttributeLoadsTheWindowsOwnFile)
+TEST_F(LayoutNestedOnRoot, LayoutAttributeLoadsTheWindowsOwnFile)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     LayoutProbe* panel = s.Probe(root, "panel");
     LayoutProbe* inside = s.Probe(panel, "inside");
     s.WriteLayout("Panel", LayoutXml("Metric0=\"2\"", "<Child Name=\"inside\" X=\"7\" Y=\"7\" "
@@ -364,10 +355,8 @@ TEST(LayoutNested, LayoutAttributeLoadsTheWindowsOwnFile)
     EXPECT_EQ(panel->GetLayoutName(), String("Folder"));
 }
 
-TEST(LayoutNested, ALayoutThatNamesItselfIsNotLoadedAgain)
+TEST_F(LayoutNestedOnRoot, ALayoutThatNamesItselfIsNotLoadedAgain)
 {
-    LayoutScene s;
-    LayoutProbe* root = s.Probe(nullptr, "root", 0, 0, 200, 200);
     s.WriteLayout("Loop", LayoutXml("Layout=\"Loop\"", "<NewChild Name=\"a\" Type=\"Window\" "
                                                        "X=\"1\" Layout=\"Loop\"/>"));
     s.WriteLayout("Ping", LayoutXml("", "<NewChild Name=\"ping\" Type=\"Window\" X=\"1\" "

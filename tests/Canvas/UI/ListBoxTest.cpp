@@ -78,57 +78,28 @@ TEST(ListBox, StartsWithAScrollViewAtTheStandardSize)
 
 TEST(ListBox, PressRules)
 {
-    struct Press
-    {
-        int row;
-        unsigned int flags;
-    };
+    // Presses on rows, "c" with Command and "s" with Shift: "2 4c" presses row 2, then row 4
+    // with Command.
     struct Case
     {
         char const* what;
-        bool multiple;
-        bool none;
-        std::vector<Press> presses;
+        bool multiple, none;
+        char const* presses;
         char const* state;
         std::vector<unsigned int> announced;
     } const cases[] = {
-        {"a plain press", false, false, {{2, 0}}, "2/2: 2", {2}},
-        {"another row", false, false, {{2, 0}, {5, 0}}, "5/5: 5", {2, 5}},
-        {"the current row again fires nothing", false, false, {{2, 0}, {2, 0}}, "2/2: 2", {2}},
-        {"Command without multiple selection", false, false, {{2, 0}, {4, Cmd}}, "4/4: 4", {2, 4}},
-        {"Shift without multiple selection", false, false, {{2, 0}, {4, Shift}}, "4/4: 4", {2, 4}},
-        {"Command toggles rows in",
-         true,
-         false,
-         {{2, 0}, {4, Cmd}, {6, Cmd}},
-         "6/6: 2 4 6",
-         {2, 4, 6}},
-        {"Command toggles a row out",
-         true,
-         false,
-         {{2, 0}, {4, Cmd}, {2, Cmd}},
-         "2/2: 4",
-         {2, 4, 2}},
-        {"Shift selects from the anchor",
-         true,
-         false,
-         {{5, 0}, {2, Shift}},
-         "2/5: 2 3 4 5",
-         {5, 2}},
-        {"Shift after Command starts at the toggled row",
-         true,
-         false,
-         {{1, 0}, {4, Cmd}, {6, Shift}},
-         "6/4: 4 5 6",
-         {1, 4, 6}},
-        {"a plain press ends a multiple selection",
-         true,
-         false,
-         {{1, 0}, {3, Shift}, {7, 0}},
-         "7/7: 7",
-         {1, 3, 7}},
-        {"no selection", false, true, {{2, 0}, {3, Shift}}, "-/0:", {}},
-        {"a press below the last row", false, false, {{2, 0}, {9, 0}}, "2/2: 2", {2}},
+        {"a plain press", false, false, "2", "2/2: 2", {2}},
+        {"another row", false, false, "2 5", "5/5: 5", {2, 5}},
+        {"the current row again fires nothing", false, false, "2 2", "2/2: 2", {2}},
+        {"Command without multiple selection", false, false, "2 4c", "4/4: 4", {2, 4}},
+        {"Shift without multiple selection", false, false, "2 4s", "4/4: 4", {2, 4}},
+        {"Command toggles rows in", true, false, "2 4c 6c", "6/6: 2 4 6", {2, 4, 6}},
+        {"Command toggles a row out", true, false, "2 4c 2c", "2/2: 4", {2, 4, 2}},
+        {"Shift selects from the anchor", true, false, "5 2s", "2/5: 2 3 4 5", {5, 2}},
+        {"Shift after Command: from it", true, false, "1 4c 6s", "6/4: 4 5 6", {1, 4, 6}},
+        {"a plain press ends a multiple selection", true, false, "1 3s 7", "7/7: 7", {1, 3, 7}},
+        {"no selection", false, true, "2 3s", "-/0:", {}},
+        {"a press below the last row", false, false, "2 9", "2/2: 2", {2}},
     };
     for (Case const& c : cases)
     {
@@ -136,8 +107,9 @@ TEST(ListBox, PressRules)
         ListScene s(8);
         s.list->SetMultipleSelection(c.multiple);
         s.list->SetNoSelection(c.none);
-        for (Press const& p : c.presses)
-            s.Press(p.row, p.flags);
+        for (char const* p = c.presses; *p; ++p)
+            if (*p >= '0' && *p <= '9')
+                s.Press(*p - '0', p[1] == 'c' ? Cmd : p[1] == 's' ? Shift : 0);
         EXPECT_EQ(c.state, s.State()) << c.what;
         EXPECT_EQ(c.announced, s.announced) << c.what;
     }

@@ -2,31 +2,10 @@
 
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
 #include "Canvas/UI/PNG.h"
-
-#include <cstdlib>
+#include "tests/Canvas/UI/CanvasTestSupport.h"
 
 namespace ButtonTest
 {
-
-namespace
-{
-
-struct PrivateSettings
-{
-    TestSupport::TempFolder folder{"tv-button-settings"};
-
-    PrivateSettings()
-    {
-        setenv("XDG_CONFIG_HOME", (folder.Path() + "/config").c_str(), 1);
-        setenv("XDG_DATA_HOME", (folder.Path() + "/data").c_str(), 1);
-        setenv("XDG_CONFIG_DIRS", (folder.Path() + "/etc").c_str(), 1);
-    }
-};
-
-// Set up during static initialisation, so the first settings handle already sees it.
-PrivateSettings privateSettings;
-
-} // namespace
 
 AltKeyPlatform& Platform()
 {

@@ -2,7 +2,8 @@
 
 // A frame on the in-memory host window with a real memory draw context and the canvas's own
 // fonts, for driving buttons with the frame's mouse and key messages. Linking
-// ButtonTestSupport.cpp points the settings and data folders at a private temp folder.
+// ButtonTestSupport.cpp points the settings and data folders at a private temp folder (see
+// CanvasTestSupport.h).
 
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/Frame.h"

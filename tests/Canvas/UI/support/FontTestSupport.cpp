@@ -67,6 +67,20 @@ UI::DIBits Picture::AsBits()
     return UI::DIBits(borrowed, width, width, height, false);
 }
 
+UI::Rect DrawInto(UI::FreeTypeFont& font, Picture& picture, UI::Point point, char const* text,
+                  unsigned int color, unsigned char alpha, bool cached, UI::HAlignment hAlign,
+                  UI::VAlignment vAlign, UI::Rect box, checked_value<UI::Rect> clip)
+{
+    std::vector<UI::GlyphInfo> glyphs;
+    UI::Rect const bounds = clip.IsPresent() ? clip.Get() : picture.Bounds();
+    return cached
+               ? font.renderTextToBits(point, text, color, alpha, bounds, picture.Bits(),
+                                       picture.width, picture.Size(), hAlign, vAlign, box, glyphs)
+               : font.renderTextToBitsUncached(point, text, color, alpha, bounds, picture.Bits(),
+                                               picture.width, picture.Size(), hAlign, vAlign, box,
+                                               glyphs);
+}
+
 bool WritePPM(std::string const& path, Picture const& picture)
 {
     std::ofstream out(path, std::ios::binary);

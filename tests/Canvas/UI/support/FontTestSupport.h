@@ -4,6 +4,7 @@
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FontCache.h"
 #include "Canvas/UI/FontContext.h"
+#include "Canvas/UI/FreeTypeFont.h"
 #include "Canvas/UI/StringWidthCache.h"
 
 #include <memory>
@@ -61,6 +62,13 @@ struct Picture
     /// An image over these pixels, which it does not own.
     UI::DIBits AsBits();
 };
+
+/// Draws `text` with `font` into `picture` through the coverage cache or, with `cached` false,
+/// the two-pass renderer; the clip is the whole picture unless given. Returns the drawn rect.
+UI::Rect DrawInto(UI::FreeTypeFont& font, Picture& picture, UI::Point point, char const* text,
+                  unsigned int color, unsigned char alpha = 255, bool cached = true,
+                  UI::HAlignment hAlign = UI::HAlignLeft, UI::VAlignment vAlign = UI::VAlignTop,
+                  UI::Rect box = UI::Rect(), checked_value<UI::Rect> clip = {});
 
 /// Writes the picture's red, green and blue as a binary PPM (P6).
 bool WritePPM(std::string const& path, Picture const& picture);
