@@ -145,7 +145,6 @@ int AddSplitter(Page* page, int x, int y)
                     checked_value<int>(300));
     // The list resizes only the pane before the bar; the right pane takes what is left, so
     // that the two always fill the view. Connected after the list, so it runs after it.
-    panes->SetResizeWithinView(true);
     splitter->signalDragged.Connect(
         nullptr, boost::function<void(UI::Splitter*, int)>(
                      [panes, left, splitter, right](UI::Splitter*, int)

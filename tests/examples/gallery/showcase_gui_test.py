@@ -22,7 +22,7 @@ BACKGROUND = (0xF2, 0xF2, 0xEE)
 
 def screen_area(display, x, y, width, height):
     """The screen's pixels in the rectangle, as rows of (r, g, b)."""
-    ppm = subprocess.run(["import", "-window", "root", "-crop",
+    ppm = subprocess.run(["import", "-window", "root", "-depth", "8", "-crop",
                           "%dx%d+%d+%d" % (width, height, x, y), "ppm:-"],
                          env=gui_test.x_env(display), capture_output=True, check=True,
                          timeout=30).stdout
@@ -31,11 +31,13 @@ def screen_area(display, x, y, width, height):
             for r in range(height)]
 
 
-def window_geometry(display, name):
-    """(x, y, width, height) on the screen of the window named `name`."""
-    ids = subprocess.run(["timeout", "10", "xdotool", "search", "--sync", "--onlyvisible",
-                          "--name", "^%s$" % name], env=gui_test.x_env(display),
-                         capture_output=True, text=True).stdout.split()
+def window_geometry(display, name, wait=True):
+    """(x, y, width, height) on the screen of the visible window named `name`, waiting for one
+    (bounded) with `wait`; None when there is none."""
+    sync = ["--sync"] if wait else []
+    ids = subprocess.run(["timeout", "10", "xdotool", "search"] + sync + [
+                          "--onlyvisible", "--name", "^%s$" % name],
+                         env=gui_test.x_env(display), capture_output=True, text=True).stdout.split()
     if not ids:
         return None
     out = subprocess.run(["xwininfo", "-id", ids[0]], env=gui_test.x_env(display),
@@ -90,8 +92,8 @@ class Showcase(unittest.TestCase):
             lambda n: n.kind == "EditText" and n.texts[:1] == ["InLineEdit"], timeout=5)
         gui_test.xdotool(self.display, "type", "--delay", "20", "--", typed)
         gui_test.xdotool(self.display, "key", "Return")
-        self.driver.wait_until(lambda: not window_geometry(self.display, "Inline Editor"),
-                               timeout=5)
+        self.driver.wait_until(
+            lambda: not window_geometry(self.display, "Inline Editor", wait=False), timeout=5)
 
     def test_number_field_in_its_editor(self):
         self.edit("Number Edit", "7,25")
@@ -140,7 +142,7 @@ class Showcase(unittest.TestCase):
         middle = h // 2
         # The ring's corners are the page, the middle of its sides are ink.
         for corner in (ring[0][0], ring[0][h - 1], ring[h - 1][0], ring[h - 1][h - 1]):
-            self.assertEqual(BACKGROUND, corner)
+            self.assertLess(max(abs(a - b) for a, b in zip(BACKGROUND, corner)), 8, corner)
         for side in (ring[0][middle], ring[middle][0], ring[h - 1][middle], ring[middle][h - 1]):
             self.assertLess(max(side), 0x80)
         # Blended edge pixels between page and ink on the arc.
