@@ -8,6 +8,7 @@
 #include "Canvas/UI/Hyperlink.h"
 #include "Canvas/UI/Knob.h"
 #include "Canvas/UI/ListBox.h"
+#include "Canvas/UI/ListBoxItem.h"
 #include "Canvas/UI/OnOffButton.h"
 #include "Canvas/UI/PixmapButton.h"
 #include "Canvas/UI/RadioButton.h"
@@ -143,6 +144,15 @@ TEST(WidgetInfo, EveryKindAnswersItsKeysUnderItsOwnClassName)
          },
          "ListBox",
          {{"selectedItem", "<no item selected>"}}},
+        {[&]
+         {
+             auto* list = new UI::ListBox(f, nullptr, "Rows");
+             list->InsertItem("Row A");
+             list->SetCurrent(0u, false);
+             return new UI::ListBoxItem(f, nullptr, list, 0);
+         },
+         "ListBoxItem",
+         {{"item", "0"}, {"text", "Row A"}, {"isOn", "true"}}},
         {[&] { return new UI::Knob(f, nullptr, "K", &gain); },
          "Knob",
          {{"value", "25.000000"}, {"min", "0.000000"}, {"max", "100.000000"}}},
