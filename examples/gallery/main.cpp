@@ -73,11 +73,11 @@ int main(int argc, char** argv)
 
     Util::ConfigFile config(String("com.tavorin.gallery"));
     UI::Canvas canvas("Gallery");
-    SetGalleryFonts(canvas);
     canvas.SetPlatform(
         boost::shared_ptr<UI::CanvasPlatform>(new UI::Native::HostCanvasPlatform(&canvas)));
     UI::TestAutomationInterface::Start("APP:Gallery");
     UI::TestAutomationInterface::SetCanvas(&canvas);
+    SetGalleryFonts(canvas);
     String const name("Gallery");
     std::unique_ptr<UI::Native::HostWindow> host(
         UI::Native::PlatformSupportFactory::CreateHostWindow(&canvas, name, nullptr, &config));
