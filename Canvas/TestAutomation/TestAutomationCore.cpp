@@ -22,6 +22,7 @@
 
 #include <cstdlib>
 #include <cxxabi.h>
+#include <string>
 #include <sys/stat.h>
 #include <typeinfo>
 
@@ -285,18 +286,17 @@ UI::Window* TestAutomationCore::findCanvasWindow(String& path, UI::Canvas* canva
 namespace
 {
 
-/// The window's own type name, or its C++ class name without the namespace.
+/// The window's own C++ class name, without namespaces or template arguments: a driver tells
+/// a check box from a plain button by it, whatever type name the class shares with its base.
 String className(UI::Window* window)
 {
-    String type = window->GetWindowType();
-    if (!type.IsEmpty())
-        return type;
     int status = 0;
     char* demangled = abi::__cxa_demangle(typeid(*window).name(), nullptr, nullptr, &status);
-    String name(status == 0 && demangled ? demangled : typeid(*window).name());
+    std::string name(status == 0 && demangled ? demangled : typeid(*window).name());
     std::free(demangled);
-    checked_value<unsigned int> colon = name.FindRev(':');
-    return colon ? name.Mid(*colon + 1) : name;
+    name = name.substr(0, name.find('<'));
+    std::string::size_type const colon = name.rfind(':');
+    return String(colon == std::string::npos ? name.c_str() : name.c_str() + colon + 1);
 }
 
 } // namespace

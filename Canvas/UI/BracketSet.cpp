@@ -1,5 +1,6 @@
 #include "Canvas/UI/BracketSet.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/AnimationHandler.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
@@ -144,6 +145,15 @@ unsigned int BracketSet::AnimateOutCaption(checked_value<unsigned int> const& af
 {
     return GetFrame()->GetAnimationHandler()->Alpha(kAnimationCategory, caption, ms,
                                                     caption->GetAlpha(), 0, after);
+}
+
+bool BracketSet::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                                  TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    reply->SetValue("caption", GetCaption().CStr());
+    return true;
 }
 
 } // namespace UI

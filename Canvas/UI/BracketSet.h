@@ -62,6 +62,8 @@ public:
 
     void onSetGeometry() override;
     String GetWindowType() const override { return String("BracketSet"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
 
 private:
     BracketSetWindow* bracketWindow;

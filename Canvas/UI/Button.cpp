@@ -1,5 +1,6 @@
 #include "Canvas/UI/Button.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/KeyCode.h"
 
@@ -261,6 +262,15 @@ void Button::slotExecuteCommandProperty()
     String const id = GetCommandID();
     if (!id.IsEmpty())
         ExecuteCommand(id, this);
+}
+
+bool Button::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                              TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    reply->SetValue("isPressed", pressed ? "true" : "false");
+    return true;
 }
 
 } // namespace UI

@@ -79,6 +79,8 @@ public:
     void SetCommandID(String const& id);
 
     String GetWindowType() const override { return String("Button"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
 
     /// A click as a test driver makes it: what the activation key does, without Shift and
     /// without leaving the keyboard's pressed state behind.

@@ -1,5 +1,6 @@
 #include "Canvas/UI/CheckBox.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/MultiText.h"
 #include "Canvas/UI/detail/ButtonDrawing.h"
@@ -186,6 +187,16 @@ void SimpleCheckBox::Draw(DrawContext* context)
                          detail::AddAlpha(alpha, 100));
     }
     Window::Draw(context);
+}
+
+bool CheckBox::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                                TestAutomation::RPCReplyInterface* reply)
+{
+    if (!Button::ProcessTARequest(request, args, reply))
+        return false;
+    reply->SetValue("isOn", IsChecked() ? "true" : "false");
+    reply->SetValue("label", GetLabel().CStr());
+    return true;
 }
 
 } // namespace UI

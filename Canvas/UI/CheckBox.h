@@ -54,6 +54,8 @@ public:
 
     void onSetGeometry() override;
     String GetWindowType() const override { return String("CheckBox"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
     void onPulseOverlayChange(State state, unsigned int alpha) override;
 
 protected:

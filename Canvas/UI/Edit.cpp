@@ -1,8 +1,10 @@
 #include "Canvas/UI/Edit.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/KeyCode.h"
 #include "Canvas/UI/MultiText.h"
 #include "Canvas/UI/Native/PlatformSupportFactory.h"
+#include "Canvas/UI/TestAutomationInterface.h"
 #include "Canvas/UI/Text.h"
 
 #include <algorithm>
@@ -99,7 +101,7 @@ String Edit::parseFloatString(String const& input, checked_value<float>& value) 
     if (checked_value<float> const number = input.ToUserFacingFloat())
     {
         value = std::min(std::max(*number, minValue), maxValue);
-        return String("%1").Arg(*value);
+        return formatFloat(*value);
     }
     if (hexAllowed)
     {
@@ -122,9 +124,25 @@ String Edit::parseFloatString(String const& input, checked_value<float>& value) 
     return input;
 }
 
+void Edit::SetNumDecimalPlaces(checked_value<unsigned int> const& places)
+{
+    decimalPlaces = places;
+    if (floatValue && IsNumeric())
+    {
+        text = formatFloatValue();
+        updateVisibleText();
+        Update();
+    }
+}
+
+String Edit::formatFloat(float value) const
+{
+    return decimalPlaces ? String("%1").Arg(value, *decimalPlaces) : String("%1").Arg(value);
+}
+
 String Edit::formatFloatValue() const
 {
-    return floatValue ? String("%1").Arg(*floatValue) : String("");
+    return floatValue ? formatFloat(*floatValue) : String("");
 }
 
 void Edit::updateVisibleText()
@@ -216,23 +234,42 @@ void Edit::executeInlineEdit(checked_value<Point> const&)
     if (!editable || inlineEditing)
         return;
     signalEditStarted();
+    TestAutomationInterface::SendEvent(String("EditText"), "InLineEdit");
     inlineEditing = true;
     Update();
 
-    // The point is the middle of the editor's first line, in frame coordinates.
-    int const width = static_cast<int>(std::lround(GetWidth() * 1.2));
+    // The point is the middle of the editor's first line, in frame coordinates. The host's
+    // editor is a window of its own, placed to cover the field exactly: as wide and, for one
+    // line, as tall as the field.
+    int const width = GetWidth();
     Point const global = GetGlobalPos();
     Point const centre(global.x + width / 2,
                        multiLineText ? global.y + 10 : global.y + GetHeight() / 2);
     String edited = text;
     bool const accepted = Native::PlatformSupportFactory::ExecuteInlineEdit(
-        GetFrame(), centre, edited, width, inlineCharFilter, false, justification);
+        GetFrame(), centre, edited, width, inlineCharFilter, false, justification,
+        multiLineText ? 0 : GetHeight());
     inlineEditing = false;
     Update();
-    if (!accepted)
-        return;
-    if (IsNumeric())
-        edited = parseFloatString(edited, floatValue);
+    if (accepted)
+        AcceptEditedText(edited);
+}
+
+bool Edit::AcceptEditedText(String const& typed)
+{
+    String edited = typed.IsNull() ? String("") : typed;
+    if (IsNumeric() && !edited.IsEmpty())
+    {
+        checked_value<float> value;
+        String const parsed = parseFloatString(edited, value);
+        // A number field keeps its number when what was typed is none.
+        if (!value)
+            return false;
+        edited = parsed;
+        floatValue = value;
+    }
+    else if (IsNumeric())
+        floatValue = checked_value<float>();
     for (String const& forbidden : forbiddenStrings)
         if (!forbidden.IsEmpty())
             edited = edited.Replace(forbidden, String(""));
@@ -245,6 +282,22 @@ void Edit::executeInlineEdit(checked_value<Point> const&)
     if (textAsToolTip)
         SetToolTipText(text);
     signalTextEdited();
+    return true;
+}
+
+bool Edit::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                            TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    if (IsNumeric())
+    {
+        reply->SetValue("value", floatValue ? String("%1").Arg(*floatValue).CStr() : "");
+        reply->SetValue("min", String("%1").Arg(minValue).CStr());
+        reply->SetValue("max", String("%1").Arg(maxValue).CStr());
+    }
+    reply->SetValue("isEditable", editable ? "true" : "false");
+    return true;
 }
 
 unsigned int Edit::getCharacterFromPoint(Point const& p) const

@@ -47,6 +47,8 @@ public:
     void SetEditable(bool on) { editable = on; }
     bool IsEditable() const { return editable; }
     void SetHexAllowed(bool on) { hexAllowed = on; }
+    /// Numbers are shown with this many decimals; unset, in the plain float form.
+    void SetNumDecimalPlaces(checked_value<unsigned int> const& places);
     void SetTextAsToolTip(bool on);
     /// Each of these is removed from an accepted edit.
     void SetForbiddenStrings(std::vector<String> const& strings) { forbiddenStrings = strings; }
@@ -66,6 +68,13 @@ public:
 
     /// Opens the inline editor (when editable and not already open) and waits for it.
     void ExecuteInlineEdit();
+    /// Takes a text the user typed as the inline editor does: in numeric mode it is parsed, and
+    /// a text that is no number is refused, leaving text and value as they were (false).
+    /// Otherwise forbidden strings are removed, the text stored and `signalTextEdited` fired.
+    bool AcceptEditedText(String const& edited);
+
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
 
     String GetWindowType() const override { return String("Edit"); }
     bool NeedsEnterKey() const override { return true; }
@@ -84,6 +93,7 @@ protected:
     /// form when it parses.
     String parseFloatString(String const& text, checked_value<float>& value) const;
     String formatFloatValue() const;
+    String formatFloat(float value) const;
 
     HAlignment justification = HAlignLeft;
     MultiText* multiLineText = nullptr;
@@ -103,6 +113,7 @@ protected:
     bool inlineEditing = false;
     bool ellipsize = false;
     std::vector<char> inlineCharFilter;
+    checked_value<unsigned int> decimalPlaces;
 };
 
 } // namespace UI

@@ -1,5 +1,6 @@
 #include "Canvas/UI/Hyperlink.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Frame.h"
@@ -154,6 +155,16 @@ void Hyperlink::onTimer(unsigned int id)
 {
     if (cursorTimer && id == *cursorTimer && GetFrame()->GetMouseOverWindows().count(this))
         GetFrame()->SetCurrentCursor(GetCursor());
+}
+
+bool Hyperlink::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                                 TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    reply->SetValue("text", text.CStr());
+    reply->SetValue("url", url.CStr());
+    return true;
 }
 
 } // namespace UI

@@ -51,6 +51,8 @@ public:
 
     void Draw(DrawContext* context) override;
     String GetWindowType() const override { return String("Hyperlink"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
     bool onMousePress(Point const& p, unsigned int flags) override;
     bool onMouseRelease(Point const& p, unsigned int flags) override;
     bool onKeyPress(unsigned int key, unsigned int flags, bool repeat) override;

@@ -1,5 +1,6 @@
 #include "Canvas/UI/ListBoxItem.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/DrawContext.h"
@@ -94,6 +95,17 @@ void ListBoxItem::Draw(DrawContext* context)
         context->DrawText(font, Rect(), Point(x, GetHeight() / 2), DescribeRow(data), textColor,
                           alpha, HAlignLeft, VAlignCenter);
     Window::Draw(context);
+}
+
+bool ListBoxItem::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                                   TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    reply->SetValue("item", String::Number(static_cast<int>(row)).CStr());
+    reply->SetValue("text", list->GetItemText(row).CStr());
+    reply->SetValue("isOn", list->IsSelected(row) ? "true" : "false");
+    return true;
 }
 
 } // namespace UI

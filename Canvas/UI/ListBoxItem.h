@@ -54,6 +54,8 @@ public:
 
     void Draw(DrawContext* context) override;
     String GetWindowType() const override { return String("ListBoxItem"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
 
 private:
     ListBox* list;

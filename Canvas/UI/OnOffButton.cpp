@@ -1,5 +1,6 @@
 #include "Canvas/UI/OnOffButton.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/StretchableBits.h"
@@ -180,6 +181,16 @@ void OnOffButton::Draw(DrawContext* context)
     detail::DrawCentredText(context, detail::WindowFont(this, checked_value<unsigned int>()),
                             GetCaption(), GetGeometry().GetSize(), Point(), color,
                             detail::CombineAlpha(color, GetEffectiveAlpha()), true);
+}
+
+bool OnOffButton::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                                   TestAutomation::RPCReplyInterface* reply)
+{
+    if (!PixmapButton::ProcessTARequest(request, args, reply))
+        return false;
+    reply->SetValue("isOn", IsOn() ? "true" : "false");
+    reply->SetValue("caption", GetCaption().CStr());
+    return true;
 }
 
 } // namespace UI

@@ -50,6 +50,8 @@ public:
     void Draw(DrawContext* context) override;
     void onSetGeometry() override;
     String GetWindowType() const override { return String("OnOffButton"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
     void onPulseOverlayChange(State state, unsigned int alpha) override;
 
 protected:

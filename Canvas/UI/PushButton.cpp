@@ -1,5 +1,6 @@
 #include "Canvas/UI/PushButton.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/DIBits.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/Ellipsize.h"
@@ -214,6 +215,16 @@ void PushButton::Draw(DrawContext* context)
 void PushButton::postUndoEvent()
 {
     signalUndoEvent(String("%1").Arg(GetCaption()));
+}
+
+bool PushButton::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                                  TestAutomation::RPCReplyInterface* reply)
+{
+    if (!Button::ProcessTARequest(request, args, reply))
+        return false;
+    reply->SetValue("caption", GetCaption().CStr());
+    reply->SetValue("label", GetLabel().CStr());
+    return true;
 }
 
 } // namespace UI

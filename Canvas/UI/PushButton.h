@@ -55,6 +55,8 @@ public:
     void onPaletteChange() override;
     void onSetGeometry() override;
     String GetWindowType() const override { return String("PushButton"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
 
 protected:
     void slotPropertyChanged(String name);

@@ -1,5 +1,6 @@
 #include "Canvas/UI/RadioButton.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/DrawContext.h"
 #include "Canvas/UI/detail/ButtonDrawing.h"
 #include "TvBase/Controller/EnumToBool.h"
@@ -133,20 +134,41 @@ String RadioButton::GetLabel() const
 
 void RadioButton::Draw(DrawContext* context)
 {
-    // The default look: a square of the window's height, filled inside while checked, and the
-    // label beside it. Layouts give real artwork through image-drawing subclasses.
+    // The default look: a round ring of the window's height on white, a dot inside while
+    // checked, and the label beside it; the discs' edges are coverage-blended. Layouts give
+    // other artwork through image-drawing subclasses.
     int const side = GetHeight();
     unsigned char const alpha = GetEffectiveAlpha();
     unsigned int const color = GetColor();
-    context->DrawBox(Rect(0, side - 1, 0, side - 1), DrawContext::Outline, color, alpha);
+    auto disc = [context, alpha](int inset, int side, unsigned int fill)
+    {
+        int const diameter = side - 2 * inset;
+        if (diameter > 0)
+            context->DrawRoundedBox(Rect(inset, inset + diameter - 1, inset, inset + diameter - 1),
+                                    static_cast<unsigned int>(diameter / 2), DrawContext::Filled,
+                                    fill, alpha);
+    };
+    disc(0, side, color);
+    disc(1, side, 0xFFFFFFFFu);
     if (checked)
-        context->DrawBox(Rect(2, side - 3, 2, side - 3), DrawContext::Filled, color, alpha);
+        disc(side / 4 + 1, side, color);
     Font* font = detail::WindowFont(this, checked_value<unsigned int>());
     String const label = GetLabel();
     if (font && !label.IsEmpty())
         context->DrawText(font, Point(side + 4, (side - detail::FontHeight(font)) / 2), label,
                           color, alpha);
     Window::Draw(context);
+}
+
+bool RadioButton::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                                   TestAutomation::RPCReplyInterface* reply)
+{
+    if (!Button::ProcessTARequest(request, args, reply))
+        return false;
+    reply->SetValue("isOn", checked ? "true" : "false");
+    reply->SetValue("label", GetLabel().CStr());
+    reply->SetValue("value", String::Number(static_cast<int>(value)).CStr());
+    return true;
 }
 
 } // namespace UI

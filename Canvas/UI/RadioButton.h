@@ -44,6 +44,8 @@ public:
 
     void Draw(DrawContext* context) override;
     String GetWindowType() const override { return String("RadioButton"); }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
 
 protected:
     void slotToggle();

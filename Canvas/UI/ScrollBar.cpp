@@ -1,5 +1,6 @@
 #include "Canvas/UI/ScrollBar.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/InputMessage.h"
 
@@ -279,6 +280,17 @@ bool ScrollBar::onMouseWheel(Point const&, int delta, unsigned int flags)
                                  (double(range.maximum) - range.minimum) * newThumb / free);
     }
     moveTo(clampValue(newValue));
+    return true;
+}
+
+bool ScrollBar::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                                 TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    reply->SetValue("value", String::Number(value).CStr());
+    reply->SetValue("min", String::Number(range.minimum).CStr());
+    reply->SetValue("max", String::Number(range.maximum).CStr());
     return true;
 }
 

@@ -41,6 +41,8 @@ public:
 
     Orientation GetOrientation() const { return orientation; }
     int GetValue() const { return value; }
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
     int GetPageSize() const { return pageSize; }
     value_range<int> const& GetRange() const { return range; }
     int GetThumbPos() const { return thumbPos; }

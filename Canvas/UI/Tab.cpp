@@ -1,5 +1,6 @@
 #include "Canvas/UI/Tab.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/InputMessage.h"
 #include "Canvas/UI/KeyCode.h"
@@ -93,6 +94,16 @@ void Tab::onSetGeometry()
 void Tab::onEnableChange()
 {
     updateTextColorAndAlpha();
+}
+
+bool Tab::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                           TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    reply->SetValue("caption", GetCaption().CStr());
+    reply->SetValue("isOn", active ? "true" : "false");
+    return true;
 }
 
 } // namespace UI

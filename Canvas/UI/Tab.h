@@ -27,6 +27,8 @@ public:
     bool IsDrawDisabled() const { return drawDisabled; }
     void SetCaption(String const& caption);
     String GetCaption() const;
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
     /// The caption's colour as it is drawn now.
     unsigned int GetTextColor() const;
     Text* GetTextWindow() const { return text; }

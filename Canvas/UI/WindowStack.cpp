@@ -1,5 +1,6 @@
 #include "Canvas/UI/WindowStack.h"
 
+#include "Canvas/TestAutomation/RPCServerInterface.h"
 #include "Canvas/UI/detail/DebugReport.h"
 
 namespace UI
@@ -107,6 +108,16 @@ void WindowStack::onSetGeometry()
 {
     for (auto const& entry : windows)
         entry.second->SetGeometry(0, 0, GetWidth(), GetHeight());
+}
+
+bool WindowStack::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,
+                                   TestAutomation::RPCReplyInterface* reply)
+{
+    if (request != "GetInfo" || !reply)
+        return false;
+    checked_value<unsigned int> const id = GetVisibleID();
+    reply->SetValue("value", id ? String::Number(static_cast<int>(*id)).CStr() : "");
+    return true;
 }
 
 } // namespace UI

@@ -28,6 +28,8 @@ public:
     /// The id of the shown window; not present when none is shown.
     checked_value<unsigned int> GetVisibleID() const;
     Window* GetVisibleWindow() const;
+    bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,
+                          TestAutomation::RPCReplyInterface* reply) override;
     std::map<unsigned int, Window*> const& GetWindows() const { return windows; }
 
     void onChildAdded(Window* child) override;

@@ -39,6 +39,13 @@ Controller::EnumParamMemory& SizeChoice()
     return choice;
 }
 
+/// What the On/off button switches; it lives as long as the program.
+Controller::BoolParamMemory& Switch()
+{
+    static Controller::BoolParamMemory on(false);
+    return on;
+}
+
 } // namespace
 
 int AddButtons(Page* page, int y)
@@ -51,8 +58,11 @@ int AddButtons(Page* page, int y)
     push->signalClicked.Connect(
         nullptr, boost::function<void()>([push] { Report("clicked", push->GetName()); }));
 
-    UI::OnOffButton* onOff = new UI::OnOffButton(frame, page, "On Off Button");
-    onOff->SetCaption("On / off", 0xFF404040u, 0xFF2060C0u, 0xFFA0A0A0u, 0xFFA0A0A0u);
+    // Bound to a parameter, as an on/off button must be to react to clicks, and drawn with the
+    // gallery's button artwork, darker while on.
+    UI::OnOffButton* onOff = new UI::OnOffButton(frame, page, "On Off Button", &Switch());
+    onOff->SetStretchableOnOffPixmaps("UI/png/GalleryButton", 3, 3, 3, 3);
+    onOff->SetCaption("On / off", 0xFF203020u, 0xFFFFFFFFu, 0xFFA0A0A0u, 0xFFA0A0A0u);
     onOff->SetGeometry(Left + 116, y, 100, 22);
     onOff->signalUserToggled.Connect(nullptr, boost::function<void()>(
                                                   [onOff]

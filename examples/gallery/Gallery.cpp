@@ -106,9 +106,12 @@ int AddEditFields(Page* page, int y)
     number->SetRange(0.0f, 100.0f);
     number->SetDefaultValue(50.0f);
     number->SetHexAllowed(true);
+    number->SetNumDecimalPlaces(2u);
     number->SetFloatValue(42.0f);
-    number->SetInlineCharFilter({'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', '.', '-', 'x',
-                                 '$', 'a', 'b', 'c', 'd', 'e', 'f', 'A', 'B', 'C', 'D', 'E', 'F'});
+    // Either decimal separator; hexadecimal digits for "0x" and "$" texts.
+    number->SetInlineCharFilter({'0', '1', '2', '3', '4', '5', '6', '7', '8',
+                                 '9', '.', ',', '-', 'x', '$', 'a', 'b', 'c',
+                                 'd', 'e', 'f', 'A', 'B', 'C', 'D', 'E', 'F'});
     number->SetGeometry(Left, y, 120, 22);
     ReportEdits(number);
     y += 28;

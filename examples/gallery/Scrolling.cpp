@@ -158,6 +158,21 @@ int AddSplitter(Page* page, int x, int y)
     right->SetGeometry(0, 0, 179, 60);
     panes->AddChild(checked_value<unsigned int>(), right, checked_value<int>(40),
                     checked_value<int>(300));
+    // The list resizes only the pane before the bar; the right pane takes what is left, so
+    // that the two always fill the view. Connected after the list, so it runs after it.
+    splitter->signalDragged.Connect(
+        nullptr, boost::function<void(UI::Splitter*, int)>(
+                     [panes, left, splitter, right](UI::Splitter*, int)
+                     {
+                         int const rest =
+                             panes->GetWidth() - left->GetWidth() - splitter->GetWidth();
+                         if (rest == right->GetWidth())
+                             return;
+                         UI::Rect const r = right->GetGeometry();
+                         right->SetGeometry(r.left, r.top, rest, right->GetHeight());
+                         // Lays the list out again; a list child's place is the list's.
+                         panes->MoveChild(right, UI::Point());
+                     }));
     return y + panes->GetHeight() + 12;
 }
 

@@ -12,6 +12,8 @@
 
 #include "Canvas/UI/Canvas.h"
 #include "Canvas/UI/FocusOrder.h"
+#include "Canvas/UI/Font.h"
+#include "Canvas/UI/FontInfo.h"
 #include "Canvas/UI/Frame.h"
 #include "Canvas/UI/Native/HostCanvasPlatform.h"
 #include "Canvas/UI/Native/HostWindow.h"
@@ -32,6 +34,22 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+
+namespace
+{
+
+/// The showcase draws its text antialiased, hinted as for grey levels, in every window.
+void SetGalleryFonts(UI::Canvas& canvas)
+{
+    UI::FontInfo info(String("Arial"), 11.0f);
+    info.antiAliasMode = 1;
+    info.sharpen = 1;
+    boost::shared_ptr<UI::Font> font(new UI::Font(&canvas, info));
+    for (unsigned int slot = 0; slot < 3; ++slot)
+        canvas.SetFont(slot, font);
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -60,6 +78,7 @@ int main(int argc, char** argv)
         boost::shared_ptr<UI::CanvasPlatform>(new UI::Native::HostCanvasPlatform(&canvas)));
     UI::TestAutomationInterface::Start("APP:Gallery");
     UI::TestAutomationInterface::SetCanvas(&canvas);
+    SetGalleryFonts(canvas);
     String const name("Gallery");
     std::unique_ptr<UI::Native::HostWindow> host(
         UI::Native::PlatformSupportFactory::CreateHostWindow(&canvas, name, nullptr, &config));

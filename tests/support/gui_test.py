@@ -95,10 +95,15 @@ def start_window_manager(display, timeout=60, config=None):
             # Another test on the same display may have started its own first: that one serves.
             if manager.poll() is not None and window_manager_running(display):
                 return None
+            # A probe mapped while the manager was still starting stays unframed: try anew.
+            if probe is not None and time.monotonic() - probe_started > 1:
+                probe.kill()
+                probe.wait()
             if window_manager_running(display) and (probe is None or probe.poll() is not None):
                 probe = subprocess.Popen(["xev", "-geometry", "1x1+0+0", "-name", name],
                                          env=x_env(display), stdout=subprocess.DEVNULL,
                                          stderr=subprocess.DEVNULL)
+                probe_started = time.monotonic()
             if time.monotonic() >= deadline:
                 manager.kill()
                 manager.wait()

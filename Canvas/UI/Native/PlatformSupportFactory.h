@@ -187,10 +187,12 @@ public:
     /// line is centred on `point` (frame coordinates), and runs a nested loop until the user
     /// leaves it. Enter accepts: true, with the edited text in `text`. Escape, a click outside
     /// or the loss of focus cancels: false, `text` unchanged. A non-empty `charFilter` lists the
-    /// only characters that may be typed. False at once when no editor can be shown.
+    /// only characters that may be typed. False at once when no editor can be shown. With a
+    /// `height` above one line's, the editor is that tall, centred on `point` as well, so that it
+    /// covers a field of that size exactly.
     static bool ExecuteInlineEdit(Frame* frame, Point const& point, String& text, int width,
                                   std::vector<char> const& charFilter, bool multiLine,
-                                  int justification);
+                                  int justification, int height = 0);
 };
 
 /// A modal message with an OK button; without a display the text goes to the standard error.

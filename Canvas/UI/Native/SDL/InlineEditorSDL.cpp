@@ -59,11 +59,12 @@ public:
     InlineEditorWindow(InlineEditorWindow const&) = delete;
     InlineEditorWindow& operator=(InlineEditorWindow const&) = delete;
 
-    /// Opens the window with its first line centred on `centre` (screen coordinates).
-    bool Open(Point const& centre, int width)
+    /// Opens the window with its first line centred on `centre` (screen coordinates), at least
+    /// `height` tall.
+    bool Open(Point const& centre, int width, int height)
     {
-        int const lineHeight = font ? font->GetHeight() : 16;
-        size = Size(std::max(width, 16), lineHeight + 2 * Padding);
+        lineHeight = font ? font->GetHeight() : 16;
+        size = Size(std::max(width, 16), std::max(height, lineHeight + 2 * Padding));
         window = SDL_CreateWindow("Inline Editor", centre.x - size.width / 2,
                                   centre.y - size.height / 2, size.width, size.height,
                                   SDL_WINDOW_BORDERLESS | SDL_WINDOW_SKIP_TASKBAR |
@@ -94,6 +95,9 @@ private:
     {
         return font && !s.IsEmpty() ? static_cast<int>(font->GetStringWidth(s)) : 0;
     }
+
+    /// The line's top: centred in the window, as the field centres its text.
+    int textTop() const { return (size.height - lineHeight) / 2; }
 
     int textLeft() const
     {
@@ -128,16 +132,16 @@ private:
         if (editor.HasSelection())
         {
             int const anchorX = left + textWidth(text.Left(editor.GetAnchor()));
-            fill(Rect(std::min(caretX, anchorX), std::max(caretX, anchorX) - 1, Padding,
-                      size.height - 1 - Padding),
+            fill(Rect(std::min(caretX, anchorX), std::max(caretX, anchorX) - 1, textTop(),
+                      textTop() + lineHeight - 1),
                  EditorSelection);
         }
         DIBits bits(pixels, size.width, size.width, size.height, false);
         if (font && !text.IsEmpty())
-            font->RenderText(Point(left, Padding), text, EditorText, 255,
+            font->RenderText(Point(left, textTop()), text, EditorText, 255,
                              Rect(1, size.width - 2, 1, size.height - 2), bits, HAlignLeft,
                              VAlignTop, Rect());
-        fill(Rect(caretX, caretX, Padding - 1, size.height - Padding), EditorText);
+        fill(Rect(caretX, caretX, textTop() - 1, textTop() + lineHeight), EditorText);
 
         SDL_Surface* surface = SDL_GetWindowSurface(window);
         SDL_Surface* source = SDL_CreateRGBSurfaceWithFormatFrom(
@@ -294,6 +298,7 @@ private:
     SDL_Window* window = nullptr;
     Uint32 windowId = 0;
     Size size;
+    int lineHeight = 16;
     boost::shared_array<unsigned int> pixels;
     bool intercepting = false;
     bool hadFocus = false;
@@ -309,7 +314,7 @@ private:
 
 bool PlatformSupportFactory::ExecuteInlineEdit(Frame* frame, Point const& point, String& text,
                                                int width, std::vector<char> const& charFilter, bool,
-                                               int justification)
+                                               int justification, int height)
 {
     if (!frame || !frame->GetHostWindow() || !SDL_WasInit(SDL_INIT_VIDEO))
         return false;
@@ -317,7 +322,7 @@ bool PlatformSupportFactory::ExecuteInlineEdit(Frame* frame, Point const& point,
     Font* font = canvas ? canvas->GetFont(checked_value<unsigned int>()) : nullptr;
     Point const origin = frame->GetHostWindow()->GetScreenPos();
     InlineEditorWindow editor(font, text, charFilter, justification);
-    if (!editor.Open(Point(origin.x + point.x, origin.y + point.y), width))
+    if (!editor.Open(Point(origin.x + point.x, origin.y + point.y), width, height))
         return false;
     // The host's loop keeps painting, ticking timers and delivering posted messages meanwhile;
     // the editor sees every event first through the modal handler.
