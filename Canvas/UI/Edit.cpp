@@ -238,10 +238,9 @@ void Edit::executeInlineEdit(checked_value<Point> const&)
     inlineEditing = true;
     Update();
 
-    // The point is the middle of the editor's first line, in frame coordinates. The host's
-    // editor is a window of its own, placed to cover the field exactly: as wide and, for one
-    // line, as tall as the field.
-    int const width = GetWidth();
+    // The point is the middle of the editor's first line, in frame coordinates; the editor is a
+    // fifth wider than the field, so long texts have room, and as tall as a one-line field.
+    int const width = static_cast<int>(std::lround(GetWidth() * 1.2));
     Point const global = GetGlobalPos();
     Point const centre(global.x + width / 2,
                        multiLineText ? global.y + 10 : global.y + GetHeight() / 2);
@@ -258,18 +257,14 @@ void Edit::executeInlineEdit(checked_value<Point> const&)
 bool Edit::AcceptEditedText(String const& typed)
 {
     String edited = typed.IsNull() ? String("") : typed;
-    if (IsNumeric() && !edited.IsEmpty())
+    bool number = true;
+    if (IsNumeric())
     {
-        checked_value<float> value;
-        String const parsed = parseFloatString(edited, value);
-        // A number field keeps its number when what was typed is none.
-        if (!value)
-            return false;
-        edited = parsed;
-        floatValue = value;
+        // A text that is no number leaves the value unset and stays as typed, for the owner to
+        // judge.
+        edited = parseFloatString(edited, floatValue);
+        number = static_cast<bool>(floatValue);
     }
-    else if (IsNumeric())
-        floatValue = checked_value<float>();
     for (String const& forbidden : forbiddenStrings)
         if (!forbidden.IsEmpty())
             edited = edited.Replace(forbidden, String(""));
@@ -282,7 +277,7 @@ bool Edit::AcceptEditedText(String const& typed)
     if (textAsToolTip)
         SetToolTipText(text);
     signalTextEdited();
-    return true;
+    return number;
 }
 
 bool Edit::ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface*,

@@ -68,9 +68,9 @@ public:
 
     /// Opens the inline editor (when editable and not already open) and waits for it.
     void ExecuteInlineEdit();
-    /// Takes a text the user typed as the inline editor does: in numeric mode it is parsed, and
-    /// a text that is no number is refused, leaving text and value as they were (false).
-    /// Otherwise forbidden strings are removed, the text stored and `signalTextEdited` fired.
+    /// Takes a text the user typed as the inline editor does: in numeric mode it is parsed (a
+    /// text that is no number leaves the value unset and answers false), forbidden strings are
+    /// removed, the text stored and `signalTextEdited` fired.
     bool AcceptEditedText(String const& edited);
 
     bool ProcessTARequest(String const& request, TestAutomation::RPCRequestInterface* args,

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 namespace Gallery
 {
@@ -113,6 +114,16 @@ int AddEditFields(Page* page, int y)
                                  '9', '.', ',', '-', 'x', '$', 'a', 'b', 'c',
                                  'd', 'e', 'f', 'A', 'B', 'C', 'D', 'E', 'F'});
     number->SetGeometry(Left, y, 120, 22);
+    // The field keeps its last number when what was typed is none.
+    auto lastNumber = std::make_shared<float>(42.0f);
+    number->signalTextEdited.Connect(nullptr, boost::function<void()>(
+                                                  [number, lastNumber]
+                                                  {
+                                                      if (number->GetFloatValue())
+                                                          *lastNumber = *number->GetFloatValue();
+                                                      else
+                                                          number->SetFloatValue(*lastNumber);
+                                                  }));
     ReportEdits(number);
     y += 28;
     UI::Edit* locked = UI::CreateSimpleEdit(frame, page, "Locked Edit", "Not editable");

@@ -82,12 +82,13 @@ class Showcase(unittest.TestCase):
         return tuple(int(info[k]) for k in ("screenX", "screenY", "width", "height"))
 
     def edit(self, name, typed):
-        """Opens the field's editor, checks that it covers the field exactly, types `typed`
-        and presses Return."""
+        """Opens the field's editor, checks that it lies over the field (a fifth wider, so long
+        texts have room), types `typed` and presses Return."""
         x, y, w, h = self.rect(name)
         self.driver.take_notices()
         gui_test.click(self.display, x + w // 2, y + h // 2)
-        self.assertEqual((x, y, w, h), window_geometry(self.display, "Inline Editor"))
+        self.assertEqual((x, y, int(w * 1.2 + 0.5), h),
+                         window_geometry(self.display, "Inline Editor"))
         self.driver.wait_for_notice(
             lambda n: n.kind == "EditText" and n.texts[:1] == ["InLineEdit"], timeout=5)
         gui_test.xdotool(self.display, "type", "--delay", "20", "--", typed)
