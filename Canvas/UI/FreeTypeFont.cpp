@@ -597,6 +597,7 @@ void FreeTypeFont::findGlyphIndices(String const& text, std::vector<GlyphInfo>& 
     boost::shared_array<unsigned short> const units = text.Unicode();
     if (!units)
         return;
+    glyphs.reserve(String::GetUnicodeLength(units.get()));
     for (unsigned short const* unit = units.get(); *unit; ++unit)
     {
         GlyphInfo glyph;
@@ -658,8 +659,21 @@ unsigned int FreeTypeFont::GetStringWidth(String const& text, std::vector<GlyphI
 
 unsigned int FreeTypeFont::GetStringWidth(String const& text)
 {
+    FreeTypeLock lock(FTLibraryWrapper::GetLock());
+    auto const found = widthCache.find(text);
+    if (found != widthCache.end())
+        return found->second;
     std::vector<GlyphInfo> glyphs;
-    return GetStringWidth(text, glyphs);
+    unsigned int const width = GetStringWidth(text, glyphs);
+    // Widths that borrow glyphs from other faces aren't kept, as those faces may change.
+    if (std::all_of(glyphs.begin(), glyphs.end(),
+                    [this](GlyphInfo const& glyph) { return glyph.font == this; }))
+    {
+        if (widthCache.size() >= widthCacheLimit)
+            widthCache.clear();
+        widthCache.emplace(text, width);
+    }
+    return width;
 }
 
 // =================================================================================================

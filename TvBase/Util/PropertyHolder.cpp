@@ -8,13 +8,15 @@ namespace Util
 PropertyHolder::PropertyValue* PropertyHolder::addProperty(String const& name,
                                                            boost::any defaultValue)
 {
-    if (properties.count(name))
+    // One search for both the check and the place to insert.
+    auto const at = properties.lower_bound(name);
+    if (at != properties.end() && !(name < at->first))
         return nullptr;
     PropertyValue record;
     record.value = defaultValue;
     record.serializedValue = std::move(defaultValue);
     record.changed = boost::make_shared<Signal<>>();
-    return &properties.emplace(name, std::move(record)).first->second;
+    return &properties.emplace_hint(at, name, std::move(record))->second;
 }
 
 bool PropertyHolder::setValue(PropertyValue& property, boost::any value)
