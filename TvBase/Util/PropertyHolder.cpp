@@ -15,7 +15,6 @@ PropertyHolder::PropertyValue* PropertyHolder::addProperty(String const& name,
     PropertyValue record;
     record.value = defaultValue;
     record.serializedValue = std::move(defaultValue);
-    record.changed = boost::make_shared<Signal<>>();
     return &properties.emplace_hint(at, name, std::move(record))->second;
 }
 
@@ -33,10 +32,12 @@ bool PropertyHolder::setValue(PropertyValue& property, boost::any value)
 void PropertyHolder::notifyChanged(PropertyValue& property)
 {
     // The signal is held for the call: a slot may not take the record's away mid-emission.
+    // A signal not made yet has no slots to call.
     boost::shared_ptr<Signal<>> const changed = property.changed;
     if (property.watcher)
         (this->*property.watcher)();
-    (*changed)();
+    if (changed)
+        (*changed)();
 }
 
 bool PropertyHolder::setSerializedProperty(PropertyValue& property, boost::any value)
@@ -66,7 +67,7 @@ bool PropertyHolder::SetPropertySerialize(String const& name, bool serialize)
 Signal<>* PropertyHolder::GetPropertyChangedSignal(String const& name) const
 {
     PropertyValue const* p = FindProperty(name);
-    return p ? p->changed.get() : nullptr;
+    return p ? &p->Changed() : nullptr;
 }
 
 PropertyHolder::PropertyValue const* PropertyHolder::FindProperty(String const& name) const
