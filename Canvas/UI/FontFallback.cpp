@@ -23,7 +23,7 @@ std::size_t const answerLimit = 65536;
 /// those that add characters; null when fontconfig can't start.
 FcFontSet* sortFaces(String const& family, bool bold, bool italic)
 {
-    // Fontconfig counts its starts; the session in Font.cpp ends it at exit.
+    // Starting again is harmless; the session in Font.cpp ends fontconfig at exit.
     if (FcInit() == FcFalse)
         return nullptr;
     FcPattern* const pattern = FcPatternCreate();
