@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 #include <tuple>
+#include <vector>
 
 namespace UI
 {
@@ -19,16 +20,25 @@ typedef std::tuple<unsigned int, String, bool, bool> CharacterKey;
 // keeps the memory bounded.
 std::size_t const answerLimit = 65536;
 
-/// The installed faces in fontconfig's order of preference for a family and style, trimmed to
-/// those that add characters; null when fontconfig can't start.
-FcFontSet* sortFaces(String const& family, bool bold, bool italic)
+/// A face that may serve, with its own copy of its character set: what fontconfig hands out
+/// belongs to its caches, which must all be given back before it ends at exit.
+struct Candidate
 {
+    FontFallback::Face face;
+    FcCharSet* chars;
+};
+
+/// The installed faces in fontconfig's order of preference for a family and style, trimmed to
+/// those that add characters; none when fontconfig can't start.
+std::vector<Candidate> sortFaces(String const& family, bool bold, bool italic)
+{
+    std::vector<Candidate> candidates;
     // Starting again is harmless; the session in Font.cpp ends fontconfig at exit.
     if (FcInit() == FcFalse)
-        return nullptr;
+        return candidates;
     FcPattern* const pattern = FcPatternCreate();
     if (!pattern)
-        return nullptr;
+        return candidates;
     if (!family.IsEmpty())
         FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<FcChar8 const*>(family.CStr()));
     FcPatternAddInteger(pattern, FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
@@ -39,30 +49,41 @@ FcFontSet* sortFaces(String const& family, bool bold, bool italic)
     FcResult result = FcResultNoMatch;
     FcFontSet* const sorted = FcFontSort(nullptr, pattern, FcTrue, nullptr, &result);
     FcPatternDestroy(pattern);
-    return sorted;
-}
-
-/// The first face of `faces` whose character set has `codePoint`.
-FontFallback::Face firstFaceWith(FcFontSet const* faces, unsigned int codePoint)
-{
-    FontFallback::Face found;
-    for (int i = 0; faces && i < faces->nfont; ++i)
+    for (int i = 0; sorted && i < sorted->nfont; ++i)
     {
-        FcPattern* const candidate = faces->fonts[i];
+        FcPattern* const font = sorted->fonts[i];
         FcCharSet* chars = nullptr;
         FcChar8* file = nullptr;
         int index = 0;
-        if (FcPatternGetCharSet(candidate, FC_CHARSET, 0, &chars) != FcResultMatch ||
-            !FcCharSetHasChar(chars, codePoint) ||
-            FcPatternGetString(candidate, FC_FILE, 0, &file) != FcResultMatch)
+        if (FcPatternGetCharSet(font, FC_CHARSET, 0, &chars) != FcResultMatch ||
+            FcPatternGetString(font, FC_FILE, 0, &file) != FcResultMatch)
             continue;
-        if (FcPatternGetInteger(candidate, FC_INDEX, 0, &index) != FcResultMatch || index < 0)
+        if (FcPatternGetInteger(font, FC_INDEX, 0, &index) != FcResultMatch || index < 0)
             index = 0;
-        found.file = FilePath(String(reinterpret_cast<char const*>(file)));
-        found.index = static_cast<unsigned int>(index);
-        break;
+        FcCharSet* const copy = FcCharSetCreate();
+        if (!copy || !FcCharSetMerge(copy, chars, nullptr))
+        {
+            if (copy)
+                FcCharSetDestroy(copy);
+            continue;
+        }
+        Candidate candidate{FontFallback::Face(), copy};
+        candidate.face.file = FilePath(String(reinterpret_cast<char const*>(file)));
+        candidate.face.index = static_cast<unsigned int>(index);
+        candidates.push_back(candidate);
     }
-    return found;
+    if (sorted)
+        FcFontSetDestroy(sorted);
+    return candidates;
+}
+
+/// The first of `candidates` whose character set has `codePoint`.
+FontFallback::Face firstFaceWith(std::vector<Candidate> const& candidates, unsigned int codePoint)
+{
+    for (Candidate const& candidate : candidates)
+        if (FcCharSetHasChar(candidate.chars, codePoint))
+            return candidate.face;
+    return FontFallback::Face();
 }
 
 } // namespace
@@ -73,7 +94,7 @@ FontFallback::Face FontFallback::FindFace(unsigned int codePoint, String const& 
     static std::mutex lock;
     // Kept to the end of the process and never released: fontconfig may have ended by the
     // time static objects go.
-    static auto* const facesByStyle = new std::map<StyleKey, FcFontSet*>;
+    static auto* const facesByStyle = new std::map<StyleKey, std::vector<Candidate>>;
     static auto* const answers = new std::map<CharacterKey, Face>;
     std::lock_guard<std::mutex> hold(lock);
     CharacterKey const key(codePoint, family, bold, italic);
