@@ -15,6 +15,7 @@
 #include "Canvas/UI/Font.h"
 #include "Canvas/UI/FontCache.h"
 #include "Canvas/UI/FontContext.h"
+#include "Canvas/UI/FontFallback.h"
 #include "Canvas/UI/Native/DIBSection.h"
 #include "Canvas/UI/detail/FTLibraryWrapper.h"
 #include "Canvas/UI/detail/TextPixels.h"
@@ -597,6 +598,7 @@ void FreeTypeFont::findGlyphIndices(String const& text, std::vector<GlyphInfo>& 
     boost::shared_array<unsigned short> const units = text.Unicode();
     if (!units)
         return;
+    glyphs.reserve(String::GetUnicodeLength(units.get()));
     for (unsigned short const* unit = units.get(); *unit; ++unit)
     {
         GlyphInfo glyph;
@@ -615,8 +617,63 @@ void FreeTypeFont::findGlyphIndices(String const& text, std::vector<GlyphInfo>& 
                 glyph.font = other;
             }
         }
+        if (glyph.glyphIndex == 0)
+            if (FreeTypeFont* const other = getFallbackFont(*unit))
+            {
+                glyph.glyphIndex = FT_Get_Char_Index(other->face, *unit);
+                glyph.font = other;
+            }
         glyphs.push_back(glyph);
     }
+}
+
+// A character that neither this face nor the canvas's extra fonts have comes from the face that
+// fontconfig offers for it, opened at this font's size and look. The faces already open are
+// asked first, so that a line of one script keeps to one face. Lone halves of a UTF-16
+// surrogate pair have no glyph anywhere.
+FreeTypeFont* FreeTypeFont::getFallbackFont(unsigned int codePoint)
+{
+    if (fallbackOwner || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
+        return nullptr;
+    auto const known = fallbackByCharacter.find(codePoint);
+    if (known != fallbackByCharacter.end())
+        return known->second;
+    FreeTypeFont* found = nullptr;
+    for (auto const& open : fallbackFonts)
+        if (open.second->valid && FT_Get_Char_Index(open.second->face, codePoint) != 0)
+        {
+            found = open.second.get();
+            break;
+        }
+    if (!found)
+    {
+        FontFallback::Face const face =
+            FontFallback::FindFace(codePoint, info.faceName, info.bold, info.italic);
+        if (!face.file.IsEmpty())
+        {
+            std::unique_ptr<FreeTypeFont>& font =
+                fallbackFonts[std::make_pair(face.file.ToString(), face.index)];
+            if (!font)
+            {
+                FontInfo fallbackInfo = info;
+                fallbackInfo.fontFile = face.file;
+                fallbackInfo.faceIndex = face.index;
+                font.reset(new FreeTypeFont(nullptr, fallbackInfo));
+                font->fallbackOwner = this;
+            }
+            if (font->valid && FT_Get_Char_Index(font->face, codePoint) != 0)
+                found = font.get();
+        }
+    }
+    if (fallbackByCharacter.size() >= fallbackCharacterLimit)
+        fallbackByCharacter.clear();
+    fallbackByCharacter.emplace(codePoint, found);
+    return found;
+}
+
+bool FreeTypeFont::isOwnGlyph(GlyphInfo const& glyph) const
+{
+    return glyph.font == this || (glyph.font && glyph.font->fallbackOwner == this);
 }
 
 // Kerning in 26.6, only between two glyphs of the same face.
@@ -658,8 +715,21 @@ unsigned int FreeTypeFont::GetStringWidth(String const& text, std::vector<GlyphI
 
 unsigned int FreeTypeFont::GetStringWidth(String const& text)
 {
+    FreeTypeLock lock(FTLibraryWrapper::GetLock());
+    auto const found = widthCache.find(text);
+    if (found != widthCache.end())
+        return found->second;
     std::vector<GlyphInfo> glyphs;
-    return GetStringWidth(text, glyphs);
+    unsigned int const width = GetStringWidth(text, glyphs);
+    // Widths that borrow glyphs from the canvas's extra fonts aren't kept: those fonts may go.
+    if (std::all_of(glyphs.begin(), glyphs.end(),
+                    [this](GlyphInfo const& glyph) { return isOwnGlyph(glyph); }))
+    {
+        if (widthCache.size() >= widthCacheLimit)
+            widthCache.clear();
+        widthCache.emplace(text, width);
+    }
+    return width;
 }
 
 // =================================================================================================
@@ -819,7 +889,7 @@ FreeTypeFont::TextRun& FreeTypeFont::getTextRun(String const& text)
     buildTextRun(text, *run);
     // Runs that borrow glyphs from the canvas's extra fonts aren't kept: those fonts may go.
     for (GlyphInfo const& glyph : run->glyphs)
-        if (glyph.font != this)
+        if (!isOwnGlyph(glyph))
         {
             scratchRun = run;
             return *scratchRun;

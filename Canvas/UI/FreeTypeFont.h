@@ -8,6 +8,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <map>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -25,8 +26,9 @@ namespace Native
 class DIBSection;
 }
 
-/// One glyph of a measured text: its index and the font that has it (the main font or one of
-/// the canvas's extra fonts). Index 0 is the missing-glyph box of the main font.
+/// One glyph of a measured text: its index and the font that has it (the main font, one of the
+/// canvas's extra fonts or a fallback face found for the character). Index 0 is the
+/// missing-glyph box of the main font.
 struct GlyphInfo
 {
     unsigned int glyphIndex = 0;
@@ -74,9 +76,13 @@ public:
     bool IsKerning() const { return kerning; }
 
     /// Width in pixels of `text` (UTF-8), kerning included; fills `glyphs` with one entry per
-    /// UTF-16 unit. A character that no face has counts as the missing-glyph box that is drawn
-    /// for it. 0 for an invalid font or for text that isn't valid UTF-8.
+    /// UTF-16 unit. A character that this face lacks comes from the canvas's extra fonts, else
+    /// from the installed face that fontconfig offers for it, with that face's advance; one that
+    /// no face has counts as the missing-glyph box that is drawn for it. The line keeps this
+    /// face's ascent, descent and height. 0 for an invalid font or for text that isn't valid
+    /// UTF-8.
     unsigned int GetStringWidth(String const& text, std::vector<GlyphInfo>& glyphs);
+    /// The same width, kept for the last 4,096 texts measured with this face's glyphs alone.
     unsigned int GetStringWidth(String const& text);
 
     /// Draws `text` into `section`: through the canvas's rendered-string cache when the window
@@ -132,6 +138,9 @@ private:
     void openFace();
     bool openFile(FilePath const& path);
     void findGlyphIndices(String const& text, std::vector<GlyphInfo>& glyphs);
+    FreeTypeFont* getFallbackFont(unsigned int codePoint);
+    /// True for a glyph of this face or of one of its fallback faces, which live as long.
+    bool isOwnGlyph(GlyphInfo const& glyph) const;
     unsigned int getUnicodeStringWidth(std::vector<GlyphInfo> const& glyphs);
     boost::shared_ptr<freetype_glyph> getGlyph(unsigned int index);
     boost::shared_ptr<GlyphCoverage> getCoverage(unsigned int index);
@@ -165,10 +174,20 @@ private:
     // Measured texts by their text, up to 512 of them and 8 MB of drawing data (counted in
     // `runCacheBytes`), and the last one that can't be kept.
     std::unordered_map<String, boost::shared_ptr<TextRun>> runCache;
+    // Measured widths by their text: lists measure the same few texts over and over.
+    static size_t const widthCacheLimit = 4096;
+    std::unordered_map<String, unsigned int> widthCache;
     boost::shared_ptr<TextRun> scratchRun;
     size_t runCacheBytes = 0;
     // Pixel weights by grey and mono coverage for the last gamma and alpha drawn with, and
     // the same before the alpha.
+    // Faces for characters this one lacks, by file and index, and the answer for each character
+    // asked about (null: none has it), up to 65,536 of them. A fallback face knows its owner and
+    // looks for no fallbacks of its own.
+    std::map<std::pair<String, unsigned int>, std::unique_ptr<FreeTypeFont>> fallbackFonts;
+    static size_t const fallbackCharacterLimit = 65536;
+    std::unordered_map<unsigned int, FreeTypeFont*> fallbackByCharacter;
+    FreeTypeFont* fallbackOwner = nullptr;
     std::vector<int> weightTable;
     std::vector<double> strengthTable;
     double weightGamma = 0.0;

@@ -32,15 +32,19 @@ Text::Text(Frame* frame, Window* parent, String const& name, String const& text,
       autoAdjustFixedSize(autoSize), justification(justification)
 {
     SetEnabled(false);
-    textProperty = CreateProperty<String>("Text", this->text);
+    // Shared names: lists make thousands of texts.
+    static String const textName("Text");
+    static String const backgroundColorName("Background Color");
+    static String const dropShadowColorName("Drop Shadow Color");
+    textProperty = CreateProperty<String>(textName, this->text);
     if (textProperty)
-        WatchProperty("Text", &Text::onSetText);
-    backgroundColorProperty = CreateProperty<unsigned int>("Background Color", 0u);
+        WatchProperty(textName, &Text::onSetText);
+    backgroundColorProperty = CreateProperty<unsigned int>(backgroundColorName, 0u);
     if (backgroundColorProperty)
-        WatchProperty("Background Color", &Text::slotBackgroundColorChanged);
-    dropShadowColorProperty = CreateProperty<unsigned int>("Drop Shadow Color", 0u);
+        WatchProperty(backgroundColorName, &Text::slotBackgroundColorChanged);
+    dropShadowColorProperty = CreateProperty<unsigned int>(dropShadowColorName, 0u);
     if (dropShadowColorProperty)
-        WatchProperty("Drop Shadow Color", &Text::slotDropShadowColorChanged);
+        WatchProperty(dropShadowColorName, &Text::slotDropShadowColorChanged);
     if (color)
         SetColor(*color);
     Point const at = position ? *position : Point(0, 0);

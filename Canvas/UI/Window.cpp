@@ -27,6 +27,19 @@ namespace UI
 namespace
 {
 
+// Names of the properties every window has, made once: windows are made by the thousand.
+String const& colorName()
+{
+    static String const name("Color");
+    return name;
+}
+
+String const& toolTipName()
+{
+    static String const name("ToolTip");
+    return name;
+}
+
 unsigned char clampAlpha(int v)
 {
     return static_cast<unsigned char>(std::min(255, std::max(0, v)));
@@ -82,12 +95,13 @@ Window::Window(Frame* frame, Window* parent, String const& name)
         updateTotalBaseAlpha(parent->totalBaseAlpha);
     updateGlobalPos();
 
-    Util::Property<String> toolTip = CreateProperty<String>("ToolTip", String(""));
+    static String const noToolTip("");
+    Util::Property<String> toolTip = CreateProperty<String>(toolTipName(), noToolTip);
     if (toolTip)
-        WatchProperty("ToolTip", &Window::toolTipPropertyChanged);
-    Util::Property<unsigned int> colorProperty = CreateProperty<unsigned int>("Color", color);
+        WatchProperty(toolTipName(), &Window::toolTipPropertyChanged);
+    Util::Property<unsigned int> colorProperty = CreateProperty<unsigned int>(colorName(), color);
     if (colorProperty)
-        WatchProperty("Color", &Window::colorPropertyChanged);
+        WatchProperty(colorName(), &Window::colorPropertyChanged);
 }
 
 Window::~Window()
@@ -137,12 +151,10 @@ void Window::addChildWindow(Window* child)
     if (!child)
         return;
     children.push_back(child);
-    if (childrenByName.count(child->GetName()))
+    if (!childrenByName.emplace(child->GetName(), child).second && detail::DebugReportsEnabled())
         detail::DebugReport(String("There is already a child window of %1 named %2")
                                 .Arg(GetName())
                                 .Arg(child->GetName()));
-    else
-        childrenByName[child->GetName()] = child;
     onChildAdded(child);
 }
 
@@ -588,17 +600,17 @@ Cursor Window::GetCursor() const
 
 void Window::SetColor(unsigned int c)
 {
-    SetProperty<unsigned int>("Color", c);
+    SetProperty<unsigned int>(colorName(), c);
 }
 
 unsigned int Window::GetColor() const
 {
-    return GetProperty<unsigned int>("Color").GetOr(color);
+    return GetProperty<unsigned int>(colorName()).GetOr(color);
 }
 
 void Window::SetToolTipText(String const& text)
 {
-    SetProperty<String>("ToolTip", text);
+    SetProperty<String>(toolTipName(), text);
 }
 
 String Window::GetToolTipText() const
@@ -615,7 +627,7 @@ bool Window::HasToolTip() const
 
 void Window::colorPropertyChanged()
 {
-    color = GetProperty<unsigned int>("Color").GetOr(color);
+    color = GetProperty<unsigned int>(colorName()).GetOr(color);
     onSetColorProperty();
 }
 

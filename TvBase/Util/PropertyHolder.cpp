@@ -8,13 +8,14 @@ namespace Util
 PropertyHolder::PropertyValue* PropertyHolder::addProperty(String const& name,
                                                            boost::any defaultValue)
 {
-    if (properties.count(name))
+    // One search for both the check and the place to insert.
+    auto const at = properties.lower_bound(name);
+    if (at != properties.end() && !(name < at->first))
         return nullptr;
     PropertyValue record;
     record.value = defaultValue;
     record.serializedValue = std::move(defaultValue);
-    record.changed = boost::make_shared<Signal<>>();
-    return &properties.emplace(name, std::move(record)).first->second;
+    return &properties.emplace_hint(at, name, std::move(record))->second;
 }
 
 bool PropertyHolder::setValue(PropertyValue& property, boost::any value)
@@ -31,10 +32,12 @@ bool PropertyHolder::setValue(PropertyValue& property, boost::any value)
 void PropertyHolder::notifyChanged(PropertyValue& property)
 {
     // The signal is held for the call: a slot may not take the record's away mid-emission.
+    // A signal not made yet has no slots to call.
     boost::shared_ptr<Signal<>> const changed = property.changed;
     if (property.watcher)
         (this->*property.watcher)();
-    (*changed)();
+    if (changed)
+        (*changed)();
 }
 
 bool PropertyHolder::setSerializedProperty(PropertyValue& property, boost::any value)
@@ -64,7 +67,7 @@ bool PropertyHolder::SetPropertySerialize(String const& name, bool serialize)
 Signal<>* PropertyHolder::GetPropertyChangedSignal(String const& name) const
 {
     PropertyValue const* p = FindProperty(name);
-    return p ? p->changed.get() : nullptr;
+    return p ? &p->Changed() : nullptr;
 }
 
 PropertyHolder::PropertyValue const* PropertyHolder::FindProperty(String const& name) const

@@ -5,6 +5,7 @@
 #include "TvBase/Util/checked_value.h"
 
 #include <boost/any.hpp>
+#include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <map>
@@ -59,12 +60,21 @@ public:
         /// Set when a value comes from a layout (or the design tools mark the property); only
         /// such properties are saved.
         bool serialize = false;
-        /// Emitted whenever `value` changes. Shared so that copies of the record keep one signal.
-        boost::shared_ptr<Signal<>> changed;
+        /// Emitted whenever `value` changes. Shared so that copies of the record keep one signal;
+        /// made on first use (see `Changed`), as most properties are never watched.
+        mutable boost::shared_ptr<Signal<>> changed;
         /// The mangled type name of what the property must resolve to, when it has to.
         checked_value<String> requiredValueType;
         /// The holder's own operation called on every change, before the slots of `changed`.
         void (PropertyHolder::*watcher)() = nullptr;
+
+        /// The change signal, made now when nothing asked for it before.
+        Signal<>& Changed() const
+        {
+            if (!changed)
+                changed = boost::make_shared<Signal<>>();
+            return *changed;
+        }
     };
     typedef std::map<String, PropertyValue> PropertyMap;
 
@@ -181,7 +191,7 @@ public:
         return property && holder->setSerializedProperty(*property, boost::any(value));
     }
     /// The signal emitted when the value in force changes. Must not be called on a null handle.
-    Signal<>& GetChangedSignal() const { return *property->changed; }
+    Signal<>& GetChangedSignal() const { return property->Changed(); }
     PropertyHolder::PropertyValue* GetPropertyValue() const { return property; }
     PropertyHolder* GetHolder() const { return holder; }
 

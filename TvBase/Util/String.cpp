@@ -255,8 +255,20 @@ String& String::operator=(char const* text)
 boost::shared_array<unsigned short> String::Unicode(unsigned int encoding) const
 {
     char const* text = CStr();
+    std::size_t const length = std::strlen(text);
+    // Text that is all ASCII reads the same in both encodings, one unit a byte: most texts of
+    // the user interface are, and opening a converter for each of them is what measuring cost.
+    if (std::all_of(text, text + length,
+                    [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+    {
+        if (length > 100000)
+            return boost::shared_array<unsigned short>(); // too long, callers convert manually
+        boost::shared_array<unsigned short> result(new unsigned short[length + 1]);
+        std::copy(text, text + length + 1, result.get());
+        return result;
+    }
     std::string utf16;
-    if (!transcode("UTF-16LE", encodingName(encoding), text, std::strlen(text), utf16))
+    if (!transcode("UTF-16LE", encodingName(encoding), text, length, utf16))
         return boost::shared_array<unsigned short>(); // the bytes are not valid in the encoding
     std::size_t units = utf16.size() / 2;
     if (units > 100000)

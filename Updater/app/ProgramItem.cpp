@@ -11,10 +11,10 @@ namespace UI
 namespace
 {
 
-Text* makeColumn(Frame* frame, Window* parent, char const* name, String const& text)
+Text* makeColumn(Frame* frame, Window* parent, String const& name, String const& text)
 {
-    Text* column = new Text(frame, parent, String(name), text, checked_value<unsigned int>(),
-                            HAlignLeft, COLOR_TEXT);
+    Text* column =
+        new Text(frame, parent, name, text, checked_value<unsigned int>(), HAlignLeft, COLOR_TEXT);
     column->SetDynamicLayoutMode(Window::DynamicLayoutSaved);
     return column;
 }
@@ -26,17 +26,25 @@ ProgramItem::ProgramItem(Frame* frame, Window* parent, String const& name, Strin
                          String const& url)
     : Window(frame, parent, name), url(url)
 {
-    productText = makeColumn(frame, this, "Product Name Text", product);
-    installedText = makeColumn(frame, this, "Installed Version Text", installedVersion);
-    availableText = makeColumn(frame, this, "Available Version Text", availableVersion);
-    updateLink = new Hyperlink(frame, this, String("Update Link"), String("Update"), url, 8u,
-                               String(""), String(""), DynamicLayoutNever, false);
+    // The same texts in every row, made once: a list may hold many thousands of rows.
+    static String const productName("Product Name Text");
+    static String const installedName("Installed Version Text");
+    static String const availableName("Available Version Text");
+    static String const linkName("Update Link");
+    static String const linkText("Update");
+    static String const none("");
+    static String const layoutName("ProgramItem");
+    productText = makeColumn(frame, this, productName, product);
+    installedText = makeColumn(frame, this, installedName, installedVersion);
+    availableText = makeColumn(frame, this, availableName, availableVersion);
+    updateLink = new Hyperlink(frame, this, linkName, linkText, url, 8u, none, none,
+                               DynamicLayoutNever, false);
     updateLink->SetTextColor(COLOR_TEXT);
     // Links from the network open only when they are web addresses.
     updateLink->SetWebOnly(true);
     Rect const link = updateLink->GetGeometry();
     updateLink->SetGeometry(0, 7, link.Width(), link.Height());
-    SetLayoutName(String("ProgramItem"));
+    SetLayoutName(layoutName);
     LoadLayout();
 }
 

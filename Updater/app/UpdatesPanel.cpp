@@ -54,8 +54,8 @@ void UpdatesPanel::AddEntries(std::vector<boost::shared_ptr<Updater::UpdateEntry
 void UpdatesPanel::addEntry(Updater::UpdateEntry const& entry)
 {
     ProgramItem* item = new ProgramItem(
-        GetFrame(), scrollView, String("Program Item: %1").Arg(entry.productName),
-        entry.productName, entry.installedVersion, entry.availableVersion, entry.updateUrl);
+        GetFrame(), scrollView, String("Program Item: ") + entry.productName, entry.productName,
+        entry.installedVersion, entry.availableVersion, entry.updateUrl);
     item->SetGeometry(0, 0, scrollView->GetWidth(), 30);
     scrollView->AddChild(checked_value<unsigned int>(), item, Point(0, 0));
 }

@@ -8,10 +8,15 @@ namespace UI
 namespace detail
 {
 
-void DebugReport(String const& text)
+bool DebugReportsEnabled()
 {
     static bool const enabled = std::getenv("TV_DEBUG_REPORTS") != nullptr;
-    if (enabled)
+    return enabled;
+}
+
+void DebugReport(String const& text)
+{
+    if (DebugReportsEnabled())
         std::fprintf(stderr, "%s\n", text.CStr());
 }
 

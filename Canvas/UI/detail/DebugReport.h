@@ -11,6 +11,8 @@ namespace detail
 /// names, unimplemented metrics, unknown timer ids). It reaches standard error only when the
 /// environment variable TV_DEBUG_REPORTS is set; otherwise it is dropped.
 void DebugReport(String const& text);
+/// Whether reports reach standard error, so that a caller in a hot path composes one only then.
+bool DebugReportsEnabled();
 
 } // namespace detail
 } // namespace UI

@@ -204,8 +204,8 @@ TEST(FontMeasuring, ACharacterNoFaceHasIsTheMissingGlyphBox)
     canvas.extraFonts.emplace_back(new UI::Font(nullptr, FileInfo(LiberationSerif, 11.0f)));
     UI::FreeTypeFont font(&canvas, FileInfo(LiberationSans, 13.0f));
     std::vector<UI::GlyphInfo> glyphs;
-    // U+4E00 is in neither face.
-    unsigned int const width = font.GetStringWidth("a\xE4\xB8\x80", glyphs);
+    // U+0378 is unassigned: no face has it.
+    unsigned int const width = font.GetStringWidth("a\xCD\xB8", glyphs);
     ASSERT_EQ(2u, glyphs.size());
     EXPECT_EQ(0u, glyphs[1].glyphIndex);
     EXPECT_EQ(&font, glyphs[1].font);

@@ -38,7 +38,7 @@ TEST(PropertyCreate, StoresTheDefaultAsBothValues)
     EXPECT_FALSE(record->serialize);
     EXPECT_FALSE(record->semanticType.IsPresent());
     EXPECT_FALSE(record->requiredValueType.IsPresent());
-    EXPECT_TRUE(record->changed);
+    EXPECT_EQ(&record->Changed(), holder.GetPropertyChangedSignal("Width"));
 }
 
 TEST(PropertyCreate, TakenNameGivesANullHandleAndKeepsTheFirst)

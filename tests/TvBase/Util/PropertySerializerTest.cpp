@@ -193,7 +193,7 @@ TEST_F(Serializer, MalformedTextFailsAndLeavesThePropertyAlone)
     holder.CreateProperty("Color", 0xFF999999u);
     ChangeCounter counter;
     for (auto const& p : holder.GetProperties())
-        p.second.changed->Connect(&ChangeCounter::slotChanged, &counter);
+        p.second.Changed().Connect(&ChangeCounter::slotChanged, &counter);
 
     for (Case const& c : cases)
     {
