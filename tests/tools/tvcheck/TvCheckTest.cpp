@@ -3,19 +3,11 @@
 #include "TvBase/Util/ConfigFile.h"
 
 #include "tests/support/HttpFixture.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/RunProgram.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <memory>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-extern char** environ;
 
 using TestSupport::HttpFixture;
 using TestSupport::ReadFile;
@@ -69,12 +61,7 @@ TEST(CheckReport, JsonEscapesTextAndRepairsBadBytes)
 namespace
 {
 
-struct RunResult
-{
-    int status = -1;
-    std::string out;
-    std::string err;
-};
+using RunResult = TestSupport::ToolRun;
 
 class TvCheckTest : public ::testing::Test
 {
@@ -94,50 +81,15 @@ protected:
         settings->Synchronize();
     }
 
-    /// Runs tvcheck with these settings and update host; its output goes through files.
-    RunResult Run(std::vector<std::string> arguments)
+    /// Runs tvcheck with these settings and update host.
+    RunResult Run(std::vector<std::string> const& arguments)
     {
-        std::string const program = std::string(TV_BINARY_DIR) + "/bin/tvcheck";
-        std::vector<std::string> environment = {"XDG_CONFIG_HOME=" + configHome,
-                                                "TV_UPDATE_HOST=" + updateHost};
-        for (char** e = environ; *e; ++e)
-            if (std::strncmp(*e, "XDG_CONFIG_HOME=", 16) != 0 &&
-                std::strncmp(*e, "TV_UPDATE_HOST=", 15) != 0)
-                environment.push_back(*e);
-        std::vector<char*> envp;
-        for (std::string& e : environment)
-            envp.push_back(e.data());
-        envp.push_back(nullptr);
-        arguments.insert(arguments.begin(), program);
-        std::vector<char*> argv;
-        for (std::string& a : arguments)
-            argv.push_back(a.data());
-        argv.push_back(nullptr);
-
-        std::string const outFile = stdoutPath.empty() ? output.Path() + "/out" : stdoutPath;
-        std::string const errFile = output.Path() + "/err";
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 1, outFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                         0600);
-        posix_spawn_file_actions_addopen(&actions, 2, errFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                         0600);
-        RunResult result;
-        pid_t child = -1;
-        if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), envp.data()) == 0)
-        {
-            int status = 0;
-            waitpid(child, &status, 0);
-            result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        }
-        posix_spawn_file_actions_destroy(&actions);
-        result.out = stdoutPath.empty() ? ReadFile(outFile) : std::string();
-        result.err = ReadFile(errFile);
-        return result;
+        return TestSupport::RunProgram(
+            std::string(TV_BINARY_DIR) + "/bin/tvcheck", arguments,
+            {"XDG_CONFIG_HOME=" + configHome, "TV_UPDATE_HOST=" + updateHost}, stdoutPath);
     }
 
     TempFolder settingsFolder{"tv-tvcheck-settings"};
-    TempFolder output{"tv-tvcheck-output"};
     TempFolder served{"tv-tvcheck-served"};
     HttpFixture server{served.Path()};
     std::unique_ptr<Util::ConfigFile> settings;
