@@ -600,14 +600,13 @@ class UpdaterRuns(unittest.TestCase):
             d.wait_for_widget(MAIN + "|MessageButton", timeout=10)
             window = self.x_window_of(d, p, MAIN)
             if run == 0:
+                self.check_banner(d, p, site)
                 before = self.mapped_windows(p)[window]
                 gui_test.xdotool(self.display, "windowmove", window, 37, 41)
                 d.wait_until(lambda: self.mapped_windows(p)[window] != before, timeout=5)
                 # The program learns of the move from the X server's event.
                 d.wait_until(lambda: int(d.widget_info(MAIN)["screenX"]) !=
                              before[0], timeout=5)
-            if run == 1:
-                self.check_banner(d, p, site)
             places.append(self.mapped_windows(p)[window])
             self.click(d, MAIN + "|Close Button")
             self.assertEqual(0, self.wait_exit(p))
