@@ -58,10 +58,7 @@ TEST(FloatParamMemory, ClampsIntoTheRangeAndAnnouncesOnlyChanges)
     // The edges themselves are inside the range.
     param.set(0.0f);
     EXPECT_EQ(0.0f, param.get());
-}
-
-TEST(FloatParamMemory, NaNPassesTheClampAndIsAnnouncedEveryTime)
-{
+    // Na n passes the clamp and is announced every time.
     Controller::FloatParamMemory param(0.0f, value_range<float>(0.0f, 1.0f));
     Recorder<float> recorder(param);
     float const nan = std::numeric_limits<float>::quiet_NaN();
@@ -76,7 +73,7 @@ TEST(FloatParamMemory, NaNPassesTheClampAndIsAnnouncedEveryTime)
     EXPECT_EQ(1.0f, param.get());
 }
 
-TEST(FloatParamMemory, RangeChangeIsAnnouncedAndAppliesFromTheNextSet)
+TEST(FloatParamMemory, RangeAndDefaultChanges)
 {
     Controller::FloatParamMemory param(0.8f, value_range<float>(0.0f, 1.0f));
     Recorder<float> recorder(param);
@@ -97,10 +94,7 @@ TEST(FloatParamMemory, RangeChangeIsAnnouncedAndAppliesFromTheNextSet)
     param.set(0.8f);
     EXPECT_EQ(0.5f, param.get());
     EXPECT_EQ(std::vector<float>({0.5f}), recorder.values);
-}
-
-TEST(FloatParamMemory, StartsAtTheDefaultWhichCanChangeWithoutTouchingTheValue)
-{
+    // Starts at the default which can change without touching the value.
     Controller::FloatParamMemory param(4.0f, value_range<float>(-96.0f, 12.0f), "dB");
     EXPECT_EQ(4.0f, param.get());
     EXPECT_EQ(4.0f, param.GetDefault());
@@ -116,7 +110,7 @@ TEST(FloatParamMemory, StartsAtTheDefaultWhichCanChangeWithoutTouchingTheValue)
     EXPECT_TRUE(unitless.GetUnit().IsEmpty());
 }
 
-TEST(BoolParamMemory, AnnouncesOnlyChanges)
+TEST(BoolParamMemory, AnnouncesOnlyChangesAndEnumsKeepWithinCaptions)
 {
     Controller::BoolParamMemory param(true);
     Recorder<bool> recorder(param);
@@ -130,10 +124,7 @@ TEST(BoolParamMemory, AnnouncesOnlyChanges)
     param.set(false);
     param.set(true);
     EXPECT_EQ(std::vector<bool>({false, true}), recorder.values);
-}
-
-TEST(EnumParamMemory, KeepsItsValueWithinItsCaptions)
-{
+    // Keeps its value within its captions.
     Controller::EnumParamMemory param(1, {"Low", "Mid", "High"});
     Recorder<unsigned int> recorder(param);
     EXPECT_EQ(1u, param.get());
@@ -153,7 +144,7 @@ TEST(EnumParamMemory, KeepsItsValueWithinItsCaptions)
     EXPECT_EQ(0u, none.get());
 }
 
-TEST(ParamGesture, SetWithGestureOpensOneOnlyWhenNoneIsOpen)
+TEST(ParamGesture, SetWithGestureAndEmitChanged)
 {
     RecordingBoolParam param;
     param.SetWithGesture(true);
@@ -167,10 +158,7 @@ TEST(ParamGesture, SetWithGestureOpensOneOnlyWhenNoneIsOpen)
     EXPECT_EQ("set(grabbed) ", param.log);
     EXPECT_TRUE(param.IsGrabbed());
     EXPECT_FALSE(param.get());
-}
-
-TEST(ParamGesture, EmitChangedAnnouncesTheCurrentValueEvenWithoutAChange)
-{
+    // Emit changed announces the current value even without a change.
     Controller::BoolParamMemory param(true);
     Recorder<bool> recorder(param);
     param.emitChanged();
