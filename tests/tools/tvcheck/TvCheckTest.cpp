@@ -31,29 +31,28 @@ boost::shared_ptr<Updater::UpdateEntry> entry(char const* product, char const* i
 
 } // namespace
 
-TEST(CheckReport, LinesKeepFourTabSeparatedFields)
+TEST(CheckReport, LinesAndJson)
 {
     EXPECT_EQ("", Updater::FormatUpdatesAsLines({}));
     EXPECT_EQ("Alpha Mixer\t3.0\t3.01\thttp://a/\n"
               "Odd Tab Name\t1\t2\thttp://b/ x\n",
               Updater::FormatUpdatesAsLines({entry("Alpha Mixer", "3.0", "3.01", "http://a/"),
                                              entry("Odd\tTab\nName", "1", "2", "http://b/\tx")}));
-}
-
-TEST(CheckReport, JsonEscapesTextAndRepairsBadBytes)
-{
-    EXPECT_EQ("[]\n", Updater::FormatUpdatesAsJson({}));
-    EXPECT_EQ("[\n"
-              "  {\"product\": \"Alpha \\\"Pro\\\"\", \"installed\": \"3.0\", \"available\": "
-              "\"3.01\", \"link\": \"http://a/\\\\x\"},\n"
-              "  {\"product\": \"Caf\xC3\xA9\\u0001\", \"installed\": \"\\ufffd1\", "
-              "\"available\": \"2\\t\", \"link\": \"\"}\n"
-              "]\n",
-              Updater::FormatUpdatesAsJson(
-                  {entry("Alpha \"Pro\"", "3.0", "3.01", "http://a/\\x"), entry("Caf\xC3\xA9\x01",
-                                                                                "\xFF"
-                                                                                "1",
-                                                                                "2\t", "")}));
+    { // Json escapes text and repairs bad bytes.
+        EXPECT_EQ("[]\n", Updater::FormatUpdatesAsJson({}));
+        EXPECT_EQ(
+            "[\n"
+            "  {\"product\": \"Alpha \\\"Pro\\\"\", \"installed\": \"3.0\", \"available\": "
+            "\"3.01\", \"link\": \"http://a/\\\\x\"},\n"
+            "  {\"product\": \"Caf\xC3\xA9\\u0001\", \"installed\": \"\\ufffd1\", "
+            "\"available\": \"2\\t\", \"link\": \"\"}\n"
+            "]\n",
+            Updater::FormatUpdatesAsJson(
+                {entry("Alpha \"Pro\"", "3.0", "3.01", "http://a/\\x"), entry("Caf\xC3\xA9\x01",
+                                                                              "\xFF"
+                                                                              "1",
+                                                                              "2\t", "")}));
+    }
 }
 
 // ---- the program, end to end
@@ -170,33 +169,32 @@ TEST_F(TvCheckTest, FailedChecksExitOneWithTheReason)
     run = Run({});
     EXPECT_EQ(1, run.status);
     EXPECT_EQ("tvcheck: TV_UPDATE_HOST is not a usable host: gopher://nowhere\n", run.err);
-}
-
-TEST_F(TvCheckTest, FailedTransfersEndAtOnceWithTheirReason)
-{
-    Install("Alpha Mixer", "1.0");
-    HttpFixture tls(std::string(), false);
-    std::string const plainPort = std::to_string(tls.GetPort());
-    struct Case
-    {
-        std::string url;
-        char const* expected;
-    };
-    // Without failing fast each would wait for the whole time-out and give no reason.
-    Case const cases[] = {
-        {server.ClosedUrl("/file"), "tvcheck: cannot connect to 127.0.0.1:"},
-        {"https://127.0.0.1:" + plainPort + "/file", "tvcheck: cannot fetch https://127.0.0.1:"},
-        {server.Url("/redirect/21"), "tvcheck: too many redirects (more than 20) from "},
-    };
-    for (Case const& c : cases)
-    {
-        RunResult run = Run({"--url", c.url, "--timeout", "60"});
-        EXPECT_EQ(1, run.status) << c.url;
-        EXPECT_EQ(0u, run.err.find(c.expected)) << run.err;
-        EXPECT_EQ("", run.out);
+    { // Failed transfers end at once with their reason.
+        Install("Alpha Mixer", "1.0");
+        HttpFixture tls(std::string(), false);
+        std::string const plainPort = std::to_string(tls.GetPort());
+        struct Case
+        {
+            std::string url;
+            char const* expected;
+        };
+        // Without failing fast each would wait for the whole time-out and give no reason.
+        Case const cases[] = {
+            {server.ClosedUrl("/file"), "tvcheck: cannot connect to 127.0.0.1:"},
+            {"https://127.0.0.1:" + plainPort + "/file",
+             "tvcheck: cannot fetch https://127.0.0.1:"},
+            {server.Url("/redirect/21"), "tvcheck: too many redirects (more than 20) from "},
+        };
+        for (Case const& c : cases)
+        {
+            RunResult run = Run({"--url", c.url, "--timeout", "60"});
+            EXPECT_EQ(1, run.status) << c.url;
+            EXPECT_EQ(0u, run.err.find(c.expected)) << run.err;
+            EXPECT_EQ("", run.out);
+        }
+        // Twenty redirects are still followed.
+        EXPECT_EQ(10, Run({"--url", server.Url("/redirect/20")}).status);
     }
-    // Twenty redirects are still followed.
-    EXPECT_EQ(10, Run({"--url", server.Url("/redirect/20")}).status);
 }
 
 TEST_F(TvCheckTest, AReportOrRecordThatCannotBeWrittenFails)
