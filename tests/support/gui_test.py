@@ -239,6 +239,24 @@ def top_windows(display):
     return found
 
 
+def visible_windows(display, name):
+    """The ids of the visible windows named `name` (under a window manager, inside its frame)."""
+    run = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % name],
+                         env=x_env(display), capture_output=True, text=True, timeout=20)
+    return run.stdout.split()
+
+
+def wait_visible(display, name, present=True, timeout=10):
+    """The ids of the visible windows named `name` once there is one (with `present` false, once
+    there is none); fails after `timeout`."""
+    deadline = time.monotonic() + timeout
+    while bool(visible_windows(display, name)) != present:
+        if time.monotonic() >= deadline:
+            raise AssertionError("window %s %s" % (name, "never shows" if present else "stays"))
+        time.sleep(0.05)
+    return visible_windows(display, name)
+
+
 def wait_for_window(display, name, timeout=15):
     """The id of a top window named `name` once there is one; None after `timeout`."""
     deadline = time.monotonic() + timeout

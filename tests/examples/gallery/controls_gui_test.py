@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""The gallery driven as a user drives it. On its main page: in-place edits and the repaints
-after them, tool tips and the About box. On its "Controls" page: xdotool drags, Alt-clicks, the
+"""The gallery's "Controls" page driven as a user drives it: xdotool drags, Alt-clicks, the
 context menu, wheels, keys, double clicks and typing on the knob, the slider and the scrub text,
 and the colour picker's live changes, Cancel and OK; every value read back through the test
 automation bridge's getWidgetInfo. One gallery serves the whole run, on a private display with
@@ -20,7 +19,6 @@ import gui_test  # noqa: E402
 
 ARGS = None
 MAIN = "Gallery Main Window"
-MAIN_PAGE = MAIN + "|Gallery Page"
 PAGE = "Gallery Controls"
 PICKER = "Color Picker"
 # SDL's double-click time, with a margin.
@@ -30,37 +28,6 @@ OPENBOX_RC = """<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc"><focus><focusNew>yes</focusNew></focus>
 <mouse/><keyboard/></openbox_config>
 """
-
-
-def screen_pixel(display, x, y):
-    """The screen's colour at (`x`, `y`) as (r, g, b)."""
-    ppm = subprocess.run(["import", "-window", "root", "-crop", "1x1+%d+%d" % (x, y), "ppm:-"],
-                         env=gui_test.x_env(display), capture_output=True, check=True,
-                         timeout=30).stdout
-    return tuple(ppm.split(maxsplit=4)[4][:3])
-
-
-def find_window(display, name, timeout=10):
-    """The ids of the windows named `name` (inside a window manager's frame or not), once there
-    is one; [] after `timeout`."""
-    run = subprocess.run(["timeout", str(timeout), "xdotool", "search", "--sync", "--name",
-                          "^%s$" % name], env=gui_test.x_env(display), capture_output=True,
-                         text=True)
-    return run.stdout.split()
-
-
-def window_state(display, name):
-    """The _NET_WM_STATE and _NET_WM_WINDOW_TYPE of the top window `name`, as xprop says them;
-    "" when there is no such window."""
-    found = gui_test.top_windows(display)
-    # Under a window manager the program's window sits inside the manager's frame.
-    ids = subprocess.run(["xdotool", "search", "--name", "^%s$" % name],
-                         env=gui_test.x_env(display), capture_output=True, text=True,
-                         timeout=20).stdout.split()
-    ids = ids or [str(w) for w, n in found if n == name]
-    return "".join(subprocess.run(["xprop", "-id", i, "_NET_WM_STATE", "_NET_WM_WINDOW_TYPE"],
-                                  env=gui_test.x_env(display), capture_output=True, text=True,
-                                  timeout=20).stdout for i in ids)
 
 
 class Controls(unittest.TestCase):
@@ -83,18 +50,13 @@ class Controls(unittest.TestCase):
         except Exception:
             cls.tearDownClass()
             raise
-        cls.d.wait_for_widget(MAIN_PAGE + "|Controls Button", timeout=15)
+        cls.d.wait_for_widget(MAIN + "|Gallery Page|Controls Button", timeout=15)
+        # The page's own button opens it, as the user would.
+        x, y = cls.centre_of(MAIN + "|Gallery Page|Controls Button")
+        gui_test.click(cls.display, x, y)
+        cls.d.wait_for_widget(PAGE + "|Gain Knob", timeout=15)
+        cls.window = cls.find_window(PAGE)
         cls.wm = gui_test.window_manager_running(cls.display)
-        cls.window = None
-
-    def setUp(self):
-        # The main page's tests ("test_0...") run first, before the Controls page covers it;
-        # that page's own button opens it, as the user would.
-        if self._testMethodName.startswith("test_0") or Controls.window:
-            return
-        gui_test.click(self.display, *self.centre_of(MAIN_PAGE + "|Controls Button"))
-        self.d.wait_for_widget(PAGE + "|Gain Knob", timeout=15)
-        Controls.window = self.find_window(PAGE)
 
     @classmethod
     def tearDownClass(cls):
@@ -157,22 +119,16 @@ class Controls(unittest.TestCase):
         """Gives `window` the keyboard focus unless it has it, and waits until it has, so that
         keys sent next reach it. A window manager is asked: setting the focus behind its back
         would have it set the focus back later, in the middle of a drag."""
-        if self.focused() == str(window):
+        if self.x("getwindowfocus").strip() == str(window):
             return
         if not self.wm:
             self.x("windowfocus", "--sync", window)
             return
         self.x("windowactivate", "--sync", window)
         deadline = time.monotonic() + 5
-        while self.focused() != str(window):
+        while self.x("getwindowfocus").strip() != str(window):
             self.assertLess(time.monotonic(), deadline, "the window manager gave no focus")
             time.sleep(0.05)
-
-    def focused(self):
-        """The focused window's id; "" when no window has the focus (as after a closed box)."""
-        run = subprocess.run(["xdotool", "getwindowfocus"], env=gui_test.x_env(self.display),
-                             capture_output=True, text=True, timeout=20)
-        return run.stdout.strip()
 
     def focus_page(self):
         self.focus(self.window)
@@ -216,12 +172,7 @@ class Controls(unittest.TestCase):
         self.press("click", "3")
         self.find_window("Popup Menu")
         self.x("key", letter)
-        deadline = time.monotonic() + 5
-        while subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Popup Menu$"],
-                             env=gui_test.x_env(self.display),
-                             stdout=subprocess.DEVNULL).returncode == 0:
-            self.assertLess(time.monotonic(), deadline, "the menu stays open")
-            time.sleep(0.05)
+        gui_test.wait_visible(self.display, "Popup Menu", False, timeout=5)
 
     def settle(self, name, key, want, timeout=5):
         """The widget's `key` once it equals `want` (bounded wait for the program to catch up)."""
@@ -255,78 +206,6 @@ class Controls(unittest.TestCase):
             time.sleep(0.05)
         self.x("type", "--delay", "30", "--", text)
         self.x("key", "Return")
-
-    # ---- the main page
-
-    def main_centre(self, name):
-        return self.centre_of(MAIN_PAGE + "|" + name)
-
-    def test_0a_the_window_repaints_after_an_in_place_edit(self):
-        gui_test.click(self.display, *self.main_centre("Name Edit"))
-        self.assertTrue(find_window(self.display, "Inline Editor"), "no inline editor")
-        gui_test.xdotool(self.display, "type", "--delay", "20", "abc")
-        gui_test.xdotool(self.display, "key", "Return")
-        self.assertTrue(self.program.wait_for_line("edited Name Edit: abc", 10))
-        # The check box's square, left in its window, turns dark once it is on.
-        info = self.d.widget_info(MAIN_PAGE + "|Check Box")
-        box = (int(info["screenX"]) + 7, int(info["screenY"]) + 8)
-        before = screen_pixel(self.display, *box)
-        gui_test.click(self.display, *self.main_centre("Check Box"))
-        self.assertTrue(self.program.wait_for_line("toggled Check Box: on", 10))
-        self.assertTrue(self.d.wait_until(
-            lambda: screen_pixel(self.display, *box) != before, timeout=5),
-            "the check box shows no change after an in-place edit")
-
-    def tip_shown(self):
-        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name",
-                               "^ToolTip HostWindow$"], env=gui_test.x_env(self.display),
-                              capture_output=True).returncode == 0
-
-    def rest_on_tip_target(self):
-        x, y = self.main_centre("ToolTip Target")
-        gui_test.xdotool(self.display, "mousemove", "--sync", x + 5, y)
-        gui_test.xdotool(self.display, "mousemove", "--sync", x, y)
-        return self.d.wait_until(self.tip_shown, timeout=10)
-
-    def test_0b_tool_tips_take_no_focus_and_come_back_after_a_click(self):
-        main = find_window(self.display, "Gallery")[0]
-        gui_test.xdotool(self.display, "windowactivate", "--sync", main)
-        for round in range(2):
-            self.d.take_notices()
-            self.assertTrue(self.rest_on_tip_target(), "no tool tip in round %d" % round)
-            # The host window tells the bridge about its showing, with its native handle.
-            shown = self.d.wait_for_notice(
-                lambda n: n.kind == "Show" and n.texts[:1] == ["ToolTip HostWindow"], timeout=5)
-            self.assertTrue(shown.texts[1].startswith("0x"), shown)
-            state = window_state(self.display, "ToolTip HostWindow")
-            self.assertIn("_NET_WM_WINDOW_TYPE_TOOLTIP", state)
-            self.assertIn("_NET_WM_STATE_SKIP_TASKBAR", state)
-            self.assertEqual(main, gui_test.xdotool(self.display, "getwindowfocus").strip())
-            # A click on a button, then back to the target: the tip shows again.
-            gui_test.click(self.display, *self.main_centre("Push Button"))
-            self.assertTrue(self.program.wait_for_line("clicked Push Button", 10))
-            self.d.wait_until(lambda: not self.tip_shown(), timeout=10)
-            self.d.wait_for_notice(
-                lambda n: n.kind == "Hide" and n.texts[:1] == ["ToolTip HostWindow"], timeout=5)
-
-    def test_0c_the_about_box_belongs_to_its_parent_and_closes_on_escape(self):
-        self.d.take_notices()
-        self.d.call("windowAutomationRequest", widget="Gallery Main Window",
-                         request="OpenAbout")
-        self.d.wait_for_notice(
-            lambda n: n.kind == "Show" and n.texts[:1] == ["About Gallery"], timeout=10)
-        box = find_window(self.display, "About Gallery")
-        self.assertTrue(box)
-        main = find_window(self.display, "Gallery")[0]
-        transient = subprocess.run(["xprop", "-id", box[0], "WM_TRANSIENT_FOR"],
-                                   env=gui_test.x_env(self.display), capture_output=True,
-                                   text=True, timeout=20).stdout
-        self.assertIn(hex(int(main)), transient)
-        gui_test.xdotool(self.display, "windowactivate", "--sync", box[0])
-        gui_test.xdotool(self.display, "key", "Escape")
-        self.d.wait_for_notice(
-            lambda n: n.kind == "Destroy" and n.texts[:1] == ["About Gallery"], timeout=10)
-
 
     # ---- the knob: 0 to 100 % over 100 positions, default 50
 
