@@ -39,19 +39,12 @@ tv_test(tv_paths_tests
   DEPS tv_paths)
 
 # The tool's tests run the built program.
+# Also: products registered with the tool, as the update decision sees them.
 tv_test(tv_tvdefaults_tests
   SOURCES tests/tools/tvdefaults/TvdefaultsTest.cpp tests/support/TempFolder.cpp
-  DEPS tv_config)
+  DEPS tv_updater tv_config)
 target_compile_definitions(tv_tvdefaults_tests PRIVATE TVDEFAULTS_PATH="$<TARGET_FILE:tvdefaults>")
 add_dependencies(tv_tvdefaults_tests tvdefaults)
-
-# Products registered with the tool, as the update decision sees them.
-tv_test(tv_tvdefaults_updater_tests
-  SOURCES tests/tools/tvdefaults/RegisterProductsTest.cpp tests/support/TempFolder.cpp
-  DEPS tv_updater tv_config)
-target_compile_definitions(tv_tvdefaults_updater_tests
-  PRIVATE TVDEFAULTS_PATH="$<TARGET_FILE:tvdefaults>")
-add_dependencies(tv_tvdefaults_updater_tests tvdefaults)
 
 tv_bench(tv_config_bench
   SOURCES bench/ConfigFileBench.cpp

@@ -18,7 +18,7 @@ tv_library(tv_network
 target_link_libraries(tv_network PRIVATE PkgConfig::CURL)
 
 tv_test(ThreadTest THREADS
-  SOURCES tests/TvBase/Util/ThreadTest.cpp
+  SOURCES tests/TvBase/Util/ThreadTest.cpp tests/support/TempFolder.cpp
   DEPS tv_threads)
 
 tv_test(HttpTest THREADS

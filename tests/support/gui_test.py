@@ -10,8 +10,6 @@ A script puts this folder on its path and imports what it needs:
     import gui_test
 """
 
-import ctypes
-import ctypes.util
 import importlib.util
 import os
 import re
@@ -22,6 +20,7 @@ import tempfile
 import time
 import unittest
 
+import xlib_client
 from xvfb_display import Display
 
 SKIP = 77
@@ -245,6 +244,24 @@ def top_windows(display):
     return found
 
 
+def visible_windows(display, name):
+    """The ids of the visible windows named `name` (under a window manager, inside its frame)."""
+    run = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % name],
+                         env=x_env(display), capture_output=True, text=True, timeout=20)
+    return run.stdout.split()
+
+
+def wait_visible(display, name, present=True, timeout=10):
+    """The ids of the visible windows named `name` once there is one (with `present` false, once
+    there is none); fails after `timeout`."""
+    deadline = time.monotonic() + timeout
+    while bool(visible_windows(display, name)) != present:
+        if time.monotonic() >= deadline:
+            raise AssertionError("window %s %s" % (name, "never shows" if present else "stays"))
+        time.sleep(0.05)
+    return visible_windows(display, name)
+
+
 def wait_for_window(display, name, timeout=15):
     """The id of a top window named `name` once there is one; None after `timeout`."""
     deadline = time.monotonic() + timeout
@@ -307,38 +324,5 @@ def _one_colour(ppm):
 def request_close(display, window):
     """Asks the window to close as a window manager does when the user presses its close box:
     the client message WM_DELETE_WINDOW."""
-    library = ctypes.util.find_library("X11")
-    if not library:
-        raise AssertionError("libX11 is not installed")
-    x11 = ctypes.cdll.LoadLibrary(library)
-    x11.XOpenDisplay.restype = ctypes.c_void_p
-    x11.XOpenDisplay.argtypes = [ctypes.c_char_p]
-    x11.XInternAtom.restype = ctypes.c_ulong
-    x11.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
-    x11.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long,
-                               ctypes.c_void_p]
-    x11.XFlush.argtypes = [ctypes.c_void_p]
-    x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
-
-    class ClientMessage(ctypes.Structure):
-        _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong),
-                    ("send_event", ctypes.c_int), ("display", ctypes.c_void_p),
-                    ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
-                    ("format", ctypes.c_int), ("data", ctypes.c_long * 5),
-                    ("pad", ctypes.c_long * 12)]
-
-    connection = x11.XOpenDisplay(display.name.encode())
-    if not connection:
-        raise AssertionError("cannot open display %s" % display.name)
-    try:
-        event = ClientMessage()
-        event.type = 33  # ClientMessage
-        event.window = window
-        event.message_type = x11.XInternAtom(connection, b"WM_PROTOCOLS", 0)
-        event.format = 32
-        event.data[0] = x11.XInternAtom(connection, b"WM_DELETE_WINDOW", 0)
-        if not x11.XSendEvent(connection, window, 0, 0, ctypes.byref(event)):
-            raise AssertionError("the close request was not sent")
-        x11.XFlush(connection)
-    finally:
-        x11.XCloseDisplay(connection)
+    with xlib_client.Connection(display.name) as connection:
+        connection.request_close(window)

@@ -1,7 +1,7 @@
 """A few Xlib calls through ctypes, for GUI tests that must act on a window the way another
-client or a real pointing device would, where no X tool does it: paint over a window's pixels,
-and move the pointer with the XTEST extension. Standard library only; libX11 and libXtst must be
-installed. (The window manager's close request is gui_test.request_close.)"""
+client, a window manager or a real pointing device would, where no X tool does it: paint over a
+window's pixels, ask a window to close, and move the pointer with the XTEST extension. Standard
+library only; libX11 and libXtst must be installed."""
 
 import ctypes
 import ctypes.util
@@ -28,7 +28,18 @@ def _library():
     x.XSetForeground.argtypes = [ctypes.c_void_p, ctypes.c_void_p, ctypes.c_ulong]
     x.XFillRectangle.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_void_p, ctypes.c_int,
                                  ctypes.c_int, ctypes.c_uint, ctypes.c_uint]
+    x.XInternAtom.restype = ctypes.c_ulong
+    x.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
+    x.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long,
+                             ctypes.c_void_p]
     return x
+
+
+class _ClientMessage(ctypes.Structure):
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong),
+                ("message_type", ctypes.c_ulong), ("format", ctypes.c_int),
+                ("data", ctypes.c_long * 5), ("pad", ctypes.c_long * 12)]
 
 
 def _xtest():
@@ -76,4 +87,14 @@ class Connection:
         self.x.XSetForeground(self.display, gc, pixel)
         self.x.XFillRectangle(self.display, window, gc, x, y, width, height)
         self.x.XFreeGC(self.display, gc)
+        self.x.XSync(self.display, 0)
+
+    def request_close(self, window):
+        """Sends the window the client message WM_DELETE_WINDOW, as a window manager does when
+        the user presses its close box."""
+        event = _ClientMessage(type=33, window=window, format=32)  # 33: ClientMessage
+        event.message_type = self.x.XInternAtom(self.display, b"WM_PROTOCOLS", 0)
+        event.data[0] = self.x.XInternAtom(self.display, b"WM_DELETE_WINDOW", 0)
+        if not self.x.XSendEvent(self.display, window, 0, 0, ctypes.byref(event)):
+            raise XlibError("the close request was not sent")
         self.x.XSync(self.display, 0)

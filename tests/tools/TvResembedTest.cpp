@@ -57,7 +57,7 @@ std::string text(array_ref<unsigned char const> bytes)
 
 } // namespace
 
-TEST(TvResembed, PackedFolderLoadsInResourceManager)
+TEST(TvResembed, PackedFoldersLoadInResourceManager)
 {
     TempFolder temp;
     std::string binary(300, '\0');
@@ -89,22 +89,20 @@ TEST(TvResembed, PackedFolderLoadsInResourceManager)
         packer("extract " + quoted(temp / "app/Resources/resources.resembed") + " UI/png/icon.png");
     EXPECT_EQ(0, extract.status);
     EXPECT_EQ(binary, extract.output);
+    { // Empty folder gives empty resource file.
+        TempFolder temp;
+        std::filesystem::create_directories(temp / "empty/UI/Layout");
+        ASSERT_EQ(0, packer("pack " + quoted(temp / "empty") + " " +
+                            quoted(temp / "app/Resources/resources.resembed"))
+                         .status);
+        EXPECT_EQ(std::string(1, '\0'), ReadFile(temp / "app/Resources/resources.resembed"));
+        Util::ResourceManager resources;
+        EXPECT_TRUE(resources.Init(FolderPath((temp / "app").c_str())));
+        EXPECT_TRUE(resources.GetFilenames().empty());
+    }
 }
 
-TEST(TvResembed, EmptyFolderGivesEmptyResourceFile)
-{
-    TempFolder temp;
-    std::filesystem::create_directories(temp / "empty/UI/Layout");
-    ASSERT_EQ(0, packer("pack " + quoted(temp / "empty") + " " +
-                        quoted(temp / "app/Resources/resources.resembed"))
-                     .status);
-    EXPECT_EQ(std::string(1, '\0'), ReadFile(temp / "app/Resources/resources.resembed"));
-    Util::ResourceManager resources;
-    EXPECT_TRUE(resources.Init(FolderPath((temp / "app").c_str())));
-    EXPECT_TRUE(resources.GetFilenames().empty());
-}
-
-TEST(TvResembed, FifosAndDevicesAreFailuresNotWaits)
+TEST(TvResembed, FailuresAndUsageErrorsNeverWait)
 {
     TempFolder temp;
     std::string const fifo = temp / "waiting.resembed";
@@ -129,27 +127,27 @@ TEST(TvResembed, FifosAndDevicesAreFailuresNotWaits)
     EXPECT_NE(std::string::npos,
               std::string(resources.GetProblem().CStr()).find("not a regular file"))
         << resources.GetProblem().CStr();
+    { // Usage errors and failures.
+        TempFolder temp;
+        EXPECT_EQ(2, packer("").status);
+        EXPECT_EQ(2, packer("pack onlyone").status);
+        EXPECT_EQ(2, packer("frobnicate a b").status);
+        PackerRun const help = packer("--help");
+        EXPECT_EQ(0, help.status);
+        EXPECT_NE(std::string::npos, help.output.find("tvresembed pack FOLDER OUT"));
+
+        EXPECT_EQ(1,
+                  packer("pack " + quoted(temp / "missing") + " " + quoted(temp / "out")).status);
+        EXPECT_EQ(1, packer("list " + quoted(temp / "missing")).status);
+        temp.Write("in/a", "a");
+        ASSERT_EQ(0, packer("pack " + quoted(temp / "in") + " " + quoted(temp / "out")).status);
+        EXPECT_EQ(1, packer("extract " + quoted(temp / "out") + " b").status);
+        EXPECT_EQ(1,
+                  packer("pack " + quoted(temp / "in") + " " + quoted(temp / "in/a/out")).status);
+    }
 }
 
-TEST(TvResembed, UsageErrorsAndFailures)
-{
-    TempFolder temp;
-    EXPECT_EQ(2, packer("").status);
-    EXPECT_EQ(2, packer("pack onlyone").status);
-    EXPECT_EQ(2, packer("frobnicate a b").status);
-    PackerRun const help = packer("--help");
-    EXPECT_EQ(0, help.status);
-    EXPECT_NE(std::string::npos, help.output.find("tvresembed pack FOLDER OUT"));
-
-    EXPECT_EQ(1, packer("pack " + quoted(temp / "missing") + " " + quoted(temp / "out")).status);
-    EXPECT_EQ(1, packer("list " + quoted(temp / "missing")).status);
-    temp.Write("in/a", "a");
-    ASSERT_EQ(0, packer("pack " + quoted(temp / "in") + " " + quoted(temp / "out")).status);
-    EXPECT_EQ(1, packer("extract " + quoted(temp / "out") + " b").status);
-    EXPECT_EQ(1, packer("pack " + quoted(temp / "in") + " " + quoted(temp / "in/a/out")).status);
-}
-
-TEST(TvResembed, ListShowsControlCharactersInNamesEscaped)
+TEST(TvResembed, ListAndExtract)
 {
     TempFolder temp;
     std::vector<String> const names = {"esc\x1b[31mred", "tab\tnew\nline\r", "back\\slash",
@@ -162,67 +160,64 @@ TEST(TvResembed, ListShowsControlCharactersInNamesEscaped)
     EXPECT_EQ("esc\\x1b[31mred\t1\ntab\\tnew\\nline\\r\t1\nback\\\\slash\t1\n"
               "caf\xc3\xa9\t1\nc1\\xc2\\x9b\t1\nbad\\xff\\x7f\t1\n",
               list.output);
-}
+    { // List and extract refuse what is no packed file.
+        TempFolder temp;
+        temp.Write("empty", "");
+        std::string const fifo = temp / "fifo";
+        ASSERT_EQ(0, ::mkfifo(fifo.c_str(), 0600));
+        std::string const big = temp / "big";
+        std::filesystem::resize_file(temp.Write("big", ""), Util::ResourceManager::MaxFileSize + 1);
 
-TEST(TvResembed, ListAndExtractRefuseWhatIsNoPackedFile)
-{
-    TempFolder temp;
-    temp.Write("empty", "");
-    std::string const fifo = temp / "fifo";
-    ASSERT_EQ(0, ::mkfifo(fifo.c_str(), 0600));
-    std::string const big = temp / "big";
-    std::filesystem::resize_file(temp.Write("big", ""), Util::ResourceManager::MaxFileSize + 1);
-
-    struct Case
-    {
-        std::string path;
-        char const* says;
-    } const cases[] = {
-        {"/dev/zero", "not a regular file"},
-        {fifo, "not a regular file"},
-        {temp / "missing", "No such file"},
-        {big, "more than the 100000000 bytes a program loads"},
-        {temp / "empty", "empty, not a packed resource file"},
-    };
-    for (Case const& c : cases)
-    {
-        PackerRun const list = packer("list " + quoted(c.path), true);
-        EXPECT_EQ(1, list.status) << c.path;
-        EXPECT_NE(std::string::npos, list.output.find(c.says)) << c.path << ": " << list.output;
-        if (std::string(c.says) != "empty, not a packed resource file")
+        struct Case
         {
-            EXPECT_EQ(1, packer("extract " + quoted(c.path) + " a").status) << c.path;
+            std::string path;
+            char const* says;
+        } const cases[] = {
+            {"/dev/zero", "not a regular file"},
+            {fifo, "not a regular file"},
+            {temp / "missing", "No such file"},
+            {big, "more than the 100000000 bytes a program loads"},
+            {temp / "empty", "empty, not a packed resource file"},
+        };
+        for (Case const& c : cases)
+        {
+            PackerRun const list = packer("list " + quoted(c.path), true);
+            EXPECT_EQ(1, list.status) << c.path;
+            EXPECT_NE(std::string::npos, list.output.find(c.says)) << c.path << ": " << list.output;
+            if (std::string(c.says) != "empty, not a packed resource file")
+            {
+                EXPECT_EQ(1, packer("extract " + quoted(c.path) + " a").status) << c.path;
+            }
         }
     }
-}
+    { // List reads only the directory.
+        // A file just under the limit, nearly all payload: listing it must not load the payload.
+        TempFolder temp;
+        std::vector<unsigned char> directory = Util::detail::BuildResourceFile({"big.bin"}, {{}});
+        unsigned int const payload = static_cast<unsigned int>(Util::ResourceManager::MaxFileSize) -
+                                     static_cast<unsigned int>(directory.size());
+        for (int shift = 0; shift < 32; shift += 8)
+            directory[directory.size() - 5 + shift / 8] =
+                static_cast<unsigned char>(payload >> shift);
+        std::string const path =
+            temp.Write("big.resembed", std::string(directory.begin(), directory.end()));
+        std::filesystem::resize_file(path, Util::ResourceManager::MaxFileSize);
 
-TEST(TvResembed, ListReadsOnlyTheDirectory)
-{
-    // A file just under the limit, nearly all payload: listing it must not load the payload.
-    TempFolder temp;
-    std::vector<unsigned char> directory = Util::detail::BuildResourceFile({"big.bin"}, {{}});
-    unsigned int const payload = static_cast<unsigned int>(Util::ResourceManager::MaxFileSize) -
-                                 static_cast<unsigned int>(directory.size());
-    for (int shift = 0; shift < 32; shift += 8)
-        directory[directory.size() - 5 + shift / 8] = static_cast<unsigned char>(payload >> shift);
-    std::string const path =
-        temp.Write("big.resembed", std::string(directory.begin(), directory.end()));
-    std::filesystem::resize_file(path, Util::ResourceManager::MaxFileSize);
-
-    // Run from a small Python: a child's peak counts its parent's size at the spawn, and this
-    // test process may be large by now.
-    std::string const command =
-        "python3 -c 'import resource, subprocess, sys; "
-        "r = subprocess.run(sys.argv[2:], stdout=open(sys.argv[1], \"wb\")); "
-        "print(r.returncode, resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)' '" +
-        temp / "out" + "' '" + TV_BINARY_DIR + "/bin/tvresembed' list '" + path + "'";
-    FILE* pipe = ::popen(command.c_str(), "r");
-    ASSERT_NE(nullptr, pipe);
-    int status = -1;
-    long maxrss = -1;
-    EXPECT_EQ(2, std::fscanf(pipe, "%d %ld", &status, &maxrss));
-    ::pclose(pipe);
-    EXPECT_EQ(0, status);
-    EXPECT_EQ("big.bin\t" + std::to_string(payload) + "\n", ReadFile(temp / "out"));
-    EXPECT_LT(maxrss, 40 * 1024) << "kilobytes resident";
+        // Run from a small Python: a child's peak counts its parent's size at the spawn, and this
+        // test process may be large by now.
+        std::string const command =
+            "python3 -c 'import resource, subprocess, sys; "
+            "r = subprocess.run(sys.argv[2:], stdout=open(sys.argv[1], \"wb\")); "
+            "print(r.returncode, resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)' '" +
+            temp / "out" + "' '" + TV_BINARY_DIR + "/bin/tvresembed' list '" + path + "'";
+        FILE* pipe = ::popen(command.c_str(), "r");
+        ASSERT_NE(nullptr, pipe);
+        int status = -1;
+        long maxrss = -1;
+        EXPECT_EQ(2, std::fscanf(pipe, "%d %ld", &status, &maxrss));
+        ::pclose(pipe);
+        EXPECT_EQ(0, status);
+        EXPECT_EQ("big.bin\t" + std::to_string(payload) + "\n", ReadFile(temp / "out"));
+        EXPECT_LT(maxrss, 40 * 1024) << "kilobytes resident";
+    }
 }

@@ -25,7 +25,7 @@ public:
 };
 } // namespace
 
-TEST(CommandManagerExecute, UnknownOrUnhandledCommandsGiveFalse)
+TEST(CommandManagerExecute, SlotsSayWhetherTheyHandledTheCommand)
 {
     Command::CommandManager commands;
     EXPECT_FALSE(commands.ExecuteCommand("Copy", nullptr));
@@ -37,40 +37,36 @@ TEST(CommandManagerExecute, UnknownOrUnhandledCommandsGiveFalse)
     commands.registerCommand("Copy").Connect(&Editor::slotWatch, &editor);
     EXPECT_FALSE(commands.ExecuteCommand(Command::CommandInvocation("Copy", nullptr)));
     EXPECT_EQ(1, editor.watched);
-}
-
-TEST(CommandManagerExecute, ASlotSaysThatItHandledTheCommand)
-{
-    Command::CommandManager commands;
-    Editor editor;
-    commands.registerCommand("Copy", String("Copy")).Connect(&Editor::slotCopy, &editor);
-    // A second registration gives the same signal.
-    commands.registerCommand("Copy", String("Other name")).Connect(&Editor::slotWatch, &editor);
-
-    UI::Window* const window = reinterpret_cast<UI::Window*>(&editor);
-    EXPECT_TRUE(commands.ExecuteCommand("Copy", window));
-    EXPECT_EQ(std::vector<std::string>({"Copy"}), editor.calls);
-    EXPECT_EQ(window, editor.lastWindow);
-    EXPECT_EQ(1, editor.watched);
-    EXPECT_EQ(checked_value<String>(String("Copy")), commands.GetDisplayName("Copy"));
-
-    // Disabled commands still run: callers ask IsEnabled first.
-    commands.SetIsEnabled("Copy", false);
-    EXPECT_TRUE(commands.ExecuteCommand("Copy", nullptr));
-}
-
-TEST(CommandManagerExecute, SlotsDieWithTheirTarget)
-{
-    Command::CommandManager commands;
-    {
+    { // A slot says that it handled the command.
+        Command::CommandManager commands;
         Editor editor;
-        commands.registerCommand("Paste").Connect(&Editor::slotCopy, &editor);
-        EXPECT_TRUE(commands.ExecuteCommand("Paste", nullptr));
+        commands.registerCommand("Copy", String("Copy")).Connect(&Editor::slotCopy, &editor);
+        // A second registration gives the same signal.
+        commands.registerCommand("Copy", String("Other name")).Connect(&Editor::slotWatch, &editor);
+
+        UI::Window* const window = reinterpret_cast<UI::Window*>(&editor);
+        EXPECT_TRUE(commands.ExecuteCommand("Copy", window));
+        EXPECT_EQ(std::vector<std::string>({"Copy"}), editor.calls);
+        EXPECT_EQ(window, editor.lastWindow);
+        EXPECT_EQ(1, editor.watched);
+        EXPECT_EQ(checked_value<String>(String("Copy")), commands.GetDisplayName("Copy"));
+
+        // Disabled commands still run: callers ask IsEnabled first.
+        commands.SetIsEnabled("Copy", false);
+        EXPECT_TRUE(commands.ExecuteCommand("Copy", nullptr));
     }
-    EXPECT_FALSE(commands.ExecuteCommand("Paste", nullptr));
+    { // Slots die with their target.
+        Command::CommandManager commands;
+        {
+            Editor editor;
+            commands.registerCommand("Paste").Connect(&Editor::slotCopy, &editor);
+            EXPECT_TRUE(commands.ExecuteCommand("Paste", nullptr));
+        }
+        EXPECT_FALSE(commands.ExecuteCommand("Paste", nullptr));
+    }
 }
 
-TEST(CommandManagerTable, ListsIdsInOrderAndVisibleOnesByName)
+TEST(CommandManagerTable, ListsIdsAndEnabledStates)
 {
     Command::CommandManager commands;
     commands.registerCommand("Zoom", String("Zoom In"));
@@ -82,26 +78,24 @@ TEST(CommandManagerTable, ListsIdsInOrderAndVisibleOnesByName)
     EXPECT_EQ(std::vector<String>({"Align", "Zoom"}), commands.GetVisibleCommandIDs());
     EXPECT_FALSE(commands.GetDisplayName("Design.Save").IsPresent());
     EXPECT_FALSE(commands.GetDisplayName("Unknown").IsPresent());
-}
+    { // Starts on and announces changes.
+        Command::CommandManager commands;
+        commands.registerCommand("Undo", String("Undo"));
+        EXPECT_TRUE(commands.IsEnabled("Undo"));
+        EXPECT_FALSE(commands.IsEnabled("Unknown"));
+        EXPECT_EQ(nullptr, commands.GetSigEnabledDidChange("Unknown"));
 
-TEST(CommandManagerEnabled, StartsOnAndAnnouncesChanges)
-{
-    Command::CommandManager commands;
-    commands.registerCommand("Undo", String("Undo"));
-    EXPECT_TRUE(commands.IsEnabled("Undo"));
-    EXPECT_FALSE(commands.IsEnabled("Unknown"));
-    EXPECT_EQ(nullptr, commands.GetSigEnabledDidChange("Unknown"));
+        std::vector<std::string> changes;
+        commands.GetSigEnabledDidChange("Undo")->Connect(
+            nullptr, [&](String const& id, bool enabled)
+            { changes.push_back(std::string(id.CStr()) + (enabled ? " on" : " off")); });
 
-    std::vector<std::string> changes;
-    commands.GetSigEnabledDidChange("Undo")->Connect(
-        nullptr, [&](String const& id, bool enabled)
-        { changes.push_back(std::string(id.CStr()) + (enabled ? " on" : " off")); });
-
-    commands.SetIsEnabled("Undo", false);
-    commands.SetIsEnabled("Undo", false);
-    commands.SetIsEnabled("Undo", true);
-    commands.SetIsEnabled("Unknown", false);
-    EXPECT_EQ(std::vector<std::string>({"Undo off", "Undo on"}), changes);
-    EXPECT_TRUE(commands.IsEnabled("Undo"));
-    EXPECT_FALSE(commands.IsEnabled("Unknown"));
+        commands.SetIsEnabled("Undo", false);
+        commands.SetIsEnabled("Undo", false);
+        commands.SetIsEnabled("Undo", true);
+        commands.SetIsEnabled("Unknown", false);
+        EXPECT_EQ(std::vector<std::string>({"Undo off", "Undo on"}), changes);
+        EXPECT_TRUE(commands.IsEnabled("Undo"));
+        EXPECT_FALSE(commands.IsEnabled("Unknown"));
+    }
 }

@@ -42,39 +42,35 @@ TEST(EnumToBool, IsOnWhileTheSourceHoldsItsValue)
     EXPECT_TRUE(saw.get());
     // The default follows the source's default, not its value.
     EXPECT_TRUE(square.GetDefault());
+    { // Turning off needs a false value.
+        Controller::EnumParamMemory wave(0, {"Sine", "Square", "Saw"});
+        Controller::EnumToBool radio(&wave, 2);
+        radio.set(true);
+        EXPECT_EQ(2u, wave.get());
+        radio.set(false);
+        EXPECT_EQ(2u, wave.get());
+        EXPECT_TRUE(radio.get());
+
+        Controller::EnumToBool checkBox(&wave, 2, checked_value<unsigned int>(1));
+        checkBox.set(false);
+        EXPECT_EQ(1u, wave.get());
+        EXPECT_FALSE(checkBox.get());
+    }
+    { // Announces every change of the source even when its result stays.
+        Controller::EnumParamMemory wave(0, {"Sine", "Square", "Saw"});
+        Controller::EnumToBool saw(&wave, 2);
+        std::vector<bool> announced;
+        saw.valueChanged.Connect(nullptr, [&](bool const& on) { announced.push_back(on); });
+
+        wave.set(1); // off before and after
+        wave.set(2);
+        wave.set(2); // no change of the source: nothing
+        wave.set(0);
+        EXPECT_EQ(std::vector<bool>({false, true, false}), announced);
+    }
 }
 
-TEST(EnumToBool, TurningOffNeedsAFalseValue)
-{
-    Controller::EnumParamMemory wave(0, {"Sine", "Square", "Saw"});
-    Controller::EnumToBool radio(&wave, 2);
-    radio.set(true);
-    EXPECT_EQ(2u, wave.get());
-    radio.set(false);
-    EXPECT_EQ(2u, wave.get());
-    EXPECT_TRUE(radio.get());
-
-    Controller::EnumToBool checkBox(&wave, 2, checked_value<unsigned int>(1));
-    checkBox.set(false);
-    EXPECT_EQ(1u, wave.get());
-    EXPECT_FALSE(checkBox.get());
-}
-
-TEST(EnumToBool, AnnouncesEveryChangeOfTheSourceEvenWhenItsResultStays)
-{
-    Controller::EnumParamMemory wave(0, {"Sine", "Square", "Saw"});
-    Controller::EnumToBool saw(&wave, 2);
-    std::vector<bool> announced;
-    saw.valueChanged.Connect(nullptr, [&](bool const& on) { announced.push_back(on); });
-
-    wave.set(1); // off before and after
-    wave.set(2);
-    wave.set(2); // no change of the source: nothing
-    wave.set(0);
-    EXPECT_EQ(std::vector<bool>({false, true, false}), announced);
-}
-
-TEST(EnumToBool, WritesInsideAGestureOnTheSourceUnlessOneIsOpen)
+TEST(EnumToBool, WritesInsideAGestureWhichDyingCloses)
 {
     RecordingEnumParam wave;
     Controller::EnumToBool saw(&wave, 2, checked_value<unsigned int>(0));
@@ -95,23 +91,21 @@ TEST(EnumToBool, WritesInsideAGestureOnTheSourceUnlessOneIsOpen)
     wave.log.clear();
     saw.release();
     EXPECT_EQ("", wave.log);
-}
+    { // Dying with a gesture open closes it and stops listening.
+        RecordingEnumParam wave;
+        int announced = 0;
+        {
+            Controller::EnumToBool saw(&wave, 2);
+            saw.valueChanged.Connect(nullptr, [&](bool const&) { ++announced; });
+            saw.grab();
+            wave.log.clear();
+        }
+        EXPECT_EQ("release ", wave.log);
+        EXPECT_FALSE(wave.IsGrabbed());
 
-TEST(EnumToBool, DyingWithAGestureOpenClosesItAndStopsListening)
-{
-    RecordingEnumParam wave;
-    int announced = 0;
-    {
-        Controller::EnumToBool saw(&wave, 2);
-        saw.valueChanged.Connect(nullptr, [&](bool const&) { ++announced; });
-        saw.grab();
-        wave.log.clear();
+        // The view is gone: the source's signal no longer reaches it.
+        wave.set(1);
+        EXPECT_EQ(0, announced);
+        EXPECT_EQ(0u, wave.valueChanged.GetSlotCount());
     }
-    EXPECT_EQ("release ", wave.log);
-    EXPECT_FALSE(wave.IsGrabbed());
-
-    // The view is gone: the source's signal no longer reaches it.
-    wave.set(1);
-    EXPECT_EQ(0, announced);
-    EXPECT_EQ(0u, wave.valueChanged.GetSlotCount());
 }

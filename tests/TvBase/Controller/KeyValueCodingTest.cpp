@@ -56,17 +56,15 @@ TEST(KeyValueCoding, PublishedTypesCarryTheNamesThatPropertiesRecord)
     EXPECT_STREQ("PN10Controller9BoolParamE", typeid(Controller::BoolParam*).name());
     EXPECT_STREQ("PN10Controller10FloatParamE", typeid(Controller::FloatParam*).name());
     EXPECT_STREQ("PN10Controller9EnumParamE", typeid(Controller::EnumParam*).name());
+    { // The base publishes nothing.
+        Controller::KeyValueCoding nothing;
+        EXPECT_TRUE(nothing.GetValueForKey("Snap").empty());
+        EXPECT_TRUE(nothing.GetValueForKeyPath("a.b.c").empty());
+        EXPECT_TRUE(nothing.CopyKeys().empty());
+    }
 }
 
-TEST(KeyValueCoding, TheBasePublishesNothing)
-{
-    Controller::KeyValueCoding nothing;
-    EXPECT_TRUE(nothing.GetValueForKey("Snap").empty());
-    EXPECT_TRUE(nothing.GetValueForKeyPath("a.b.c").empty());
-    EXPECT_TRUE(nothing.CopyKeys().empty());
-}
-
-TEST(KeyValueCoding, KeyPathsWalkThroughCodingObjects)
+TEST(KeyValueCoding, KeyPathsWalkThroughCodingObjectsOnly)
 {
     Publisher root;
     Publisher design;
@@ -80,30 +78,26 @@ TEST(KeyValueCoding, KeyPathsWalkThroughCodingObjects)
               held<Controller::EnumParam*>(root.GetValueForKeyPath("Child.Child.Mode")));
     EXPECT_EQ(std::vector<String>({"Snap", "Child", "Child"}), root.asked);
     EXPECT_EQ(std::vector<String>({"Zoom", "Child"}), design.asked);
-}
+    { // A path through anything but a coding object is empty.
+        Publisher root;
+        Publisher design;
+        root.child = &design;
 
-TEST(KeyValueCoding, APathThroughAnythingButACodingObjectIsEmpty)
-{
-    Publisher root;
-    Publisher design;
-    root.child = &design;
-
-    // "Snap" gives a parameter, which has no keys of its own.
-    EXPECT_TRUE(root.GetValueForKeyPath("Snap.Value").empty());
-    EXPECT_TRUE(root.GetValueForKeyPath("Missing.Snap").empty());
-    EXPECT_TRUE(root.GetValueForKeyPath("Nobody.Snap").empty());
-    // Only a pointer of the coding type itself is followed.
-    EXPECT_TRUE(root.GetValueForKeyPath("Derived.Snap").empty());
-    EXPECT_TRUE(design.asked.empty());
-    // The tail is taken whole after the first ".": an empty last key goes to the child.
-    EXPECT_TRUE(root.GetValueForKeyPath("Child.").empty());
-    EXPECT_EQ(std::vector<String>({""}), design.asked);
-}
-
-TEST(KeyValueCoding, AnEmptyPathIsAnEmptyKey)
-{
-    Publisher root;
-    EXPECT_TRUE(root.GetValueForKeyPath("").empty());
-    ASSERT_EQ(1u, root.asked.size());
-    EXPECT_EQ(String(""), root.asked[0]);
+        // "Snap" gives a parameter, which has no keys of its own.
+        EXPECT_TRUE(root.GetValueForKeyPath("Snap.Value").empty());
+        EXPECT_TRUE(root.GetValueForKeyPath("Missing.Snap").empty());
+        EXPECT_TRUE(root.GetValueForKeyPath("Nobody.Snap").empty());
+        // Only a pointer of the coding type itself is followed.
+        EXPECT_TRUE(root.GetValueForKeyPath("Derived.Snap").empty());
+        EXPECT_TRUE(design.asked.empty());
+        // The tail is taken whole after the first ".": an empty last key goes to the child.
+        EXPECT_TRUE(root.GetValueForKeyPath("Child.").empty());
+        EXPECT_EQ(std::vector<String>({""}), design.asked);
+    }
+    { // An empty path is an empty key.
+        Publisher root;
+        EXPECT_TRUE(root.GetValueForKeyPath("").empty());
+        ASSERT_EQ(1u, root.asked.size());
+        EXPECT_EQ(String(""), root.asked[0]);
+    }
 }

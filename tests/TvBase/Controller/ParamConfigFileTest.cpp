@@ -34,7 +34,7 @@ public:
 
 } // namespace
 
-TEST(BoolParamConfigFile, ReadsTheDefaultWhenNothingIsStoredAndWritesNothingForIt)
+TEST(BoolParamConfigFile, StoresOnChangeOrWhenAsked)
 {
     TestSupport::TempConfigHome home;
     String const domain = freshDomain();
@@ -47,45 +47,41 @@ TEST(BoolParamConfigFile, ReadsTheDefaultWhenNothingIsStoredAndWritesNothingForI
     std::vector<String> names;
     config.GetValueNames(names, "Show");
     EXPECT_TRUE(names.empty());
-}
+    { // Write through stores each change and survives a reload.
+        TestSupport::TempConfigHome home;
+        String const domain = freshDomain();
+        {
+            Util::ConfigFile config(domain);
+            Controller::BoolParamConfigFile param(true, &config, "DesignAidVisible", true);
+            param.set(false);
+            EXPECT_FALSE(config.GetBool("DesignAidVisible", true));
+            config.Synchronize();
+        }
 
-TEST(BoolParamConfigFile, WriteThroughStoresEachChangeAndSurvivesAReload)
-{
-    TestSupport::TempConfigHome home;
-    String const domain = freshDomain();
-    {
+        // Another view of the same files, as a later run of the program sees them.
+        home.SwitchToOtherView();
+        Util::ConfigFile reloaded(domain);
+        Controller::BoolParamConfigFile again(true, &reloaded, "DesignAidVisible", true);
+        EXPECT_FALSE(again.get());
+    }
+    { // Without write through only write to config file stores.
+        TestSupport::TempConfigHome home;
+        String const domain = freshDomain();
         Util::ConfigFile config(domain);
-        Controller::BoolParamConfigFile param(true, &config, "DesignAidVisible", true);
-        param.set(false);
-        EXPECT_FALSE(config.GetBool("DesignAidVisible", true));
-        config.Synchronize();
-    }
-
-    // Another view of the same files, as a later run of the program sees them.
-    home.SwitchToOtherView();
-    Util::ConfigFile reloaded(domain);
-    Controller::BoolParamConfigFile again(true, &reloaded, "DesignAidVisible", true);
-    EXPECT_FALSE(again.get());
-}
-
-TEST(BoolParamConfigFile, WithoutWriteThroughOnlyWriteToConfigFileStores)
-{
-    TestSupport::TempConfigHome home;
-    String const domain = freshDomain();
-    Util::ConfigFile config(domain);
-    {
-        Controller::BoolParamConfigFile param(false, &config, "Flag", false);
-        param.set(true);
-        EXPECT_FALSE(config.GetBool("Flag", false));
-        param.WriteToConfigFile();
+        {
+            Controller::BoolParamConfigFile param(false, &config, "Flag", false);
+            param.set(true);
+            EXPECT_FALSE(config.GetBool("Flag", false));
+            param.WriteToConfigFile();
+            EXPECT_TRUE(config.GetBool("Flag", false));
+            param.set(false);
+            // The destructor writes nothing either.
+        }
         EXPECT_TRUE(config.GetBool("Flag", false));
-        param.set(false);
-        // The destructor writes nothing either.
     }
-    EXPECT_TRUE(config.GetBool("Flag", false));
 }
 
-TEST(BoolParamConfigFile, ReadingBracketsAGestureUnlessTheUserHasOneOpen)
+TEST(BoolParamConfigFile, ReadingBracketsAGestureAndWithoutSettingsItIsInMemory)
 {
     TestSupport::TempConfigHome home;
     String const domain = freshDomain();
@@ -109,19 +105,17 @@ TEST(BoolParamConfigFile, ReadingBracketsAGestureUnlessTheUserHasOneOpen)
     EXPECT_EQ("", param.log);
     EXPECT_TRUE(param.get());
     EXPECT_TRUE(param.IsGrabbed());
+    { // Without settings it is a memory parameter.
+        Controller::BoolParamConfigFile param(true, nullptr, "Anything", true);
+        EXPECT_TRUE(param.get());
+        param.set(false);
+        param.ReadFromConfigFile();
+        param.WriteToConfigFile();
+        EXPECT_FALSE(param.get());
+    }
 }
 
-TEST(BoolParamConfigFile, WithoutSettingsItIsAMemoryParameter)
-{
-    Controller::BoolParamConfigFile param(true, nullptr, "Anything", true);
-    EXPECT_TRUE(param.get());
-    param.set(false);
-    param.ReadFromConfigFile();
-    param.WriteToConfigFile();
-    EXPECT_FALSE(param.get());
-}
-
-TEST(FloatParamConfigFile, ReadsTheStoredValueClampedAndWritesOnlyWhenAsked)
+TEST(FloatParamConfigFile, ReadsTheStoredValueClampedOrTheDefault)
 {
     TestSupport::TempConfigHome home;
     String const domain = freshDomain();
@@ -151,13 +145,12 @@ TEST(FloatParamConfigFile, ReadsTheStoredValueClampedAndWritesOnlyWhenAsked)
     reloaded.SetFloat("PixelZoomRulerSize", 1.0f);
     ruler.ReadFromConfigFile();
     EXPECT_EQ(4.0f, ruler.get());
-}
-
-TEST(FloatParamConfigFile, AValueOfAnotherTypeReadsAsTheDefault)
-{
-    TestSupport::TempConfigHome home;
-    Util::ConfigFile config(freshDomain());
-    config.SetString("Gain", "loud");
-    Controller::FloatParamConfigFile gain(0.5f, value_range<float>(0.0f, 1.0f), &config, "Gain");
-    EXPECT_EQ(0.5f, gain.get());
+    { // A value of another type reads as the default.
+        TestSupport::TempConfigHome home;
+        Util::ConfigFile config(freshDomain());
+        config.SetString("Gain", "loud");
+        Controller::FloatParamConfigFile gain(0.5f, value_range<float>(0.0f, 1.0f), &config,
+                                              "Gain");
+        EXPECT_EQ(0.5f, gain.get());
+    }
 }

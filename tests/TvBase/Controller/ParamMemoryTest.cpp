@@ -58,25 +58,23 @@ TEST(FloatParamMemory, ClampsIntoTheRangeAndAnnouncesOnlyChanges)
     // The edges themselves are inside the range.
     param.set(0.0f);
     EXPECT_EQ(0.0f, param.get());
+    { // Na n passes the clamp and is announced every time.
+        Controller::FloatParamMemory param(0.0f, value_range<float>(0.0f, 1.0f));
+        Recorder<float> recorder(param);
+        float const nan = std::numeric_limits<float>::quiet_NaN();
+
+        param.set(nan);
+        EXPECT_TRUE(std::isnan(param.get()));
+        param.set(nan);
+        ASSERT_EQ(2u, recorder.values.size());
+        EXPECT_TRUE(std::isnan(recorder.values[1]));
+
+        param.set(std::numeric_limits<float>::infinity());
+        EXPECT_EQ(1.0f, param.get());
+    }
 }
 
-TEST(FloatParamMemory, NaNPassesTheClampAndIsAnnouncedEveryTime)
-{
-    Controller::FloatParamMemory param(0.0f, value_range<float>(0.0f, 1.0f));
-    Recorder<float> recorder(param);
-    float const nan = std::numeric_limits<float>::quiet_NaN();
-
-    param.set(nan);
-    EXPECT_TRUE(std::isnan(param.get()));
-    param.set(nan);
-    ASSERT_EQ(2u, recorder.values.size());
-    EXPECT_TRUE(std::isnan(recorder.values[1]));
-
-    param.set(std::numeric_limits<float>::infinity());
-    EXPECT_EQ(1.0f, param.get());
-}
-
-TEST(FloatParamMemory, RangeChangeIsAnnouncedAndAppliesFromTheNextSet)
+TEST(FloatParamMemory, RangeAndDefaultChanges)
 {
     Controller::FloatParamMemory param(0.8f, value_range<float>(0.0f, 1.0f));
     Recorder<float> recorder(param);
@@ -97,26 +95,24 @@ TEST(FloatParamMemory, RangeChangeIsAnnouncedAndAppliesFromTheNextSet)
     param.set(0.8f);
     EXPECT_EQ(0.5f, param.get());
     EXPECT_EQ(std::vector<float>({0.5f}), recorder.values);
+    { // Starts at the default which can change without touching the value.
+        Controller::FloatParamMemory param(4.0f, value_range<float>(-96.0f, 12.0f), "dB");
+        EXPECT_EQ(4.0f, param.get());
+        EXPECT_EQ(4.0f, param.GetDefault());
+        EXPECT_EQ(String("dB"), param.GetUnit());
+        EXPECT_FALSE(param.IsNegInfMin());
+        EXPECT_EQ(String("Param"), param.GetName());
+
+        param.SetDefault(-6.0f);
+        EXPECT_EQ(-6.0f, param.GetDefault());
+        EXPECT_EQ(4.0f, param.get());
+
+        Controller::FloatParamMemory unitless(0.0f, value_range<float>(0.0f, 1.0f));
+        EXPECT_TRUE(unitless.GetUnit().IsEmpty());
+    }
 }
 
-TEST(FloatParamMemory, StartsAtTheDefaultWhichCanChangeWithoutTouchingTheValue)
-{
-    Controller::FloatParamMemory param(4.0f, value_range<float>(-96.0f, 12.0f), "dB");
-    EXPECT_EQ(4.0f, param.get());
-    EXPECT_EQ(4.0f, param.GetDefault());
-    EXPECT_EQ(String("dB"), param.GetUnit());
-    EXPECT_FALSE(param.IsNegInfMin());
-    EXPECT_EQ(String("Param"), param.GetName());
-
-    param.SetDefault(-6.0f);
-    EXPECT_EQ(-6.0f, param.GetDefault());
-    EXPECT_EQ(4.0f, param.get());
-
-    Controller::FloatParamMemory unitless(0.0f, value_range<float>(0.0f, 1.0f));
-    EXPECT_TRUE(unitless.GetUnit().IsEmpty());
-}
-
-TEST(BoolParamMemory, AnnouncesOnlyChanges)
+TEST(BoolParamMemory, AnnouncesOnlyChangesAndEnumsKeepWithinCaptions)
 {
     Controller::BoolParamMemory param(true);
     Recorder<bool> recorder(param);
@@ -130,30 +126,28 @@ TEST(BoolParamMemory, AnnouncesOnlyChanges)
     param.set(false);
     param.set(true);
     EXPECT_EQ(std::vector<bool>({false, true}), recorder.values);
+    { // Keeps its value within its captions.
+        Controller::EnumParamMemory param(1, {"Low", "Mid", "High"});
+        Recorder<unsigned int> recorder(param);
+        EXPECT_EQ(1u, param.get());
+        EXPECT_EQ(3u, param.GetNumValues());
+        EXPECT_EQ(0u, param.GetRange().minimum);
+        EXPECT_EQ(2u, param.GetRange().maximum);
+        EXPECT_EQ(String("High"), param.GetCaptionForValue(2));
+        EXPECT_TRUE(param.GetCaptionForValue(3).IsNull());
+
+        param.set(7);
+        param.set(2);
+        param.set(0);
+        EXPECT_EQ(std::vector<unsigned int>({2u, 0u}), recorder.values);
+
+        Controller::EnumParamMemory none(0, {});
+        none.set(5);
+        EXPECT_EQ(0u, none.get());
+    }
 }
 
-TEST(EnumParamMemory, KeepsItsValueWithinItsCaptions)
-{
-    Controller::EnumParamMemory param(1, {"Low", "Mid", "High"});
-    Recorder<unsigned int> recorder(param);
-    EXPECT_EQ(1u, param.get());
-    EXPECT_EQ(3u, param.GetNumValues());
-    EXPECT_EQ(0u, param.GetRange().minimum);
-    EXPECT_EQ(2u, param.GetRange().maximum);
-    EXPECT_EQ(String("High"), param.GetCaptionForValue(2));
-    EXPECT_TRUE(param.GetCaptionForValue(3).IsNull());
-
-    param.set(7);
-    param.set(2);
-    param.set(0);
-    EXPECT_EQ(std::vector<unsigned int>({2u, 0u}), recorder.values);
-
-    Controller::EnumParamMemory none(0, {});
-    none.set(5);
-    EXPECT_EQ(0u, none.get());
-}
-
-TEST(ParamGesture, SetWithGestureOpensOneOnlyWhenNoneIsOpen)
+TEST(ParamGesture, SetWithGestureAndEmitChanged)
 {
     RecordingBoolParam param;
     param.SetWithGesture(true);
@@ -167,13 +161,11 @@ TEST(ParamGesture, SetWithGestureOpensOneOnlyWhenNoneIsOpen)
     EXPECT_EQ("set(grabbed) ", param.log);
     EXPECT_TRUE(param.IsGrabbed());
     EXPECT_FALSE(param.get());
-}
-
-TEST(ParamGesture, EmitChangedAnnouncesTheCurrentValueEvenWithoutAChange)
-{
-    Controller::BoolParamMemory param(true);
-    Recorder<bool> recorder(param);
-    param.emitChanged();
-    param.emitChanged();
-    EXPECT_EQ(std::vector<bool>({true, true}), recorder.values);
+    { // Emit changed announces the current value even without a change.
+        Controller::BoolParamMemory param(true);
+        Recorder<bool> recorder(param);
+        param.emitChanged();
+        param.emitChanged();
+        EXPECT_EQ(std::vector<bool>({true, true}), recorder.values);
+    }
 }

@@ -51,7 +51,7 @@ TEST(LanguageCodes, IndexAndCodeBothWays)
     EXPECT_EQ(Language::English, translator.GetCurrentLanguage());
 }
 
-TEST(TranslatorLookup, PlainNumberedAndEscapedTexts)
+TEST(TranslatorLookup, PlainNumberedEscapedAndContextTexts)
 {
     Translator const translator = germanWith("en: Update\n"
                                              "de: Aktualisieren\n"
@@ -67,26 +67,24 @@ TEST(TranslatorLookup, PlainNumberedAndEscapedTexts)
     // No entry: the text itself, line feed and all.
     EXPECT_EQ("no\nentry", translator.Translate("no\nentry", ""));
     EXPECT_EQ("Update 7", translator.Translate("Update 7", ""));
+    { // Contexts and english place.
+        Translator translator = germanWith("en: Open|menu\n"
+                                           "de: Öffnen\n"
+                                           "en: Open\n"
+                                           "de: Offen\n");
+        EXPECT_EQ("Öffnen", translator.Translate("Open", "menu"));
+        EXPECT_EQ("Offen", translator.Translate("Open", ""));
+        EXPECT_EQ("Open", translator.Translate("Open", "other"));
+        translator.SetCurrentLanguage("en");
+        // The English place holds the text without its context.
+        EXPECT_EQ("Open", translator.Translate("Open", "menu"));
+        // A language the entry doesn't have gives a null string.
+        translator.SetCurrentLanguage("fr");
+        EXPECT_TRUE(translator.Translate("Open", "menu").IsNull());
+    }
 }
 
-TEST(TranslatorLookup, ContextsAndEnglishPlace)
-{
-    Translator translator = germanWith("en: Open|menu\n"
-                                       "de: Öffnen\n"
-                                       "en: Open\n"
-                                       "de: Offen\n");
-    EXPECT_EQ("Öffnen", translator.Translate("Open", "menu"));
-    EXPECT_EQ("Offen", translator.Translate("Open", ""));
-    EXPECT_EQ("Open", translator.Translate("Open", "other"));
-    translator.SetCurrentLanguage("en");
-    // The English place holds the text without its context.
-    EXPECT_EQ("Open", translator.Translate("Open", "menu"));
-    // A language the entry doesn't have gives a null string.
-    translator.SetCurrentLanguage("fr");
-    EXPECT_TRUE(translator.Translate("Open", "menu").IsNull());
-}
-
-TEST(TranslatorTables, CommentsBlankLinesAndBadLines)
+TEST(TranslatorTables, CommentsBlankAndBadLinesBomAndResources)
 {
     Translator const translator = germanWith("# comment\n"
                                              "\n"
@@ -113,34 +111,30 @@ TEST(TranslatorTables, CommentsBlankLinesAndBadLines)
 
     // The last line may lack its line feed.
     EXPECT_EQ("B", germanWith("en: A\nde: B").Translate("A"));
-}
+    { // Without bom adds nothing.
+        Translator translator;
+        addTable(translator, "en: Update\nde: Aktualisieren\n");
+        addTable(translator, "\xEF\xBB");
+        translator.AddStringTable(array_ref<unsigned char const>());
+        EXPECT_EQ(0u, translator.GetEntryCount());
+        translator.SetCurrentLanguage("de");
+        EXPECT_EQ("Update", translator.Translate("Update"));
+        // With no table at all the key comes back as the tables would spell it.
+        EXPECT_EQ("a\\nb|ctx", translator.Translate("a\nb", "ctx"));
+    }
+    { // Reads table resource through resource manager.
+        TempFolder design;
+        design.Write("Strings/de.txt", bom + "en: Close\nde: Schließen\n");
+        Util::ResourceManager& resources = Util::ResourceManager::Get();
+        resources.SetOverridePath(FolderPath(design.Path().c_str()));
 
-TEST(TranslatorTables, WithoutBomAddsNothing)
-{
-    Translator translator;
-    addTable(translator, "en: Update\nde: Aktualisieren\n");
-    addTable(translator, "\xEF\xBB");
-    translator.AddStringTable(array_ref<unsigned char const>());
-    EXPECT_EQ(0u, translator.GetEntryCount());
-    translator.SetCurrentLanguage("de");
-    EXPECT_EQ("Update", translator.Translate("Update"));
-    // With no table at all the key comes back as the tables would spell it.
-    EXPECT_EQ("a\\nb|ctx", translator.Translate("a\nb", "ctx"));
-}
+        Translator translator;
+        translator.AddStringTableResource("Strings/de.txt");
+        translator.AddStringTableResource("Strings/missing.txt");
+        translator.SetCurrentLanguage("de");
+        EXPECT_EQ("Schließen", translator.Translate("Close"));
+        EXPECT_EQ(1u, translator.GetEntryCount());
 
-TEST(TranslatorTables, ReadsTableResourceThroughResourceManager)
-{
-    TempFolder design;
-    design.Write("Strings/de.txt", bom + "en: Close\nde: Schließen\n");
-    Util::ResourceManager& resources = Util::ResourceManager::Get();
-    resources.SetOverridePath(FolderPath(design.Path().c_str()));
-
-    Translator translator;
-    translator.AddStringTableResource("Strings/de.txt");
-    translator.AddStringTableResource("Strings/missing.txt");
-    translator.SetCurrentLanguage("de");
-    EXPECT_EQ("Schließen", translator.Translate("Close"));
-    EXPECT_EQ(1u, translator.GetEntryCount());
-
-    resources.SetOverridePath(checked_value<FolderPath>());
+        resources.SetOverridePath(checked_value<FolderPath>());
+    }
 }

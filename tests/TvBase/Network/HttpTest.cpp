@@ -67,27 +67,16 @@ TEST_F(HttpTest, BodiesArriveAsTheyWereSent)
         crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
     EXPECT_EQ(crlf, fetch(http, server.Url("/crlf"))) << "a finished Http takes another Get";
     EXPECT_EQ(fileText, fetch(http, server.Url("/redirect/3"))) << "redirects are followed";
-}
-
-TEST_F(HttpTest, EmptyBodyFinishesWithoutError)
-{
-    Http http;
-    http.Get(server.Url("/empty").c_str(), 60000);
-    pollToEnd(http);
-    EXPECT_EQ(String(""), http.GetError());
-    EXPECT_TRUE(http.GetStringData().IsEmpty());
-}
-
-TEST_F(HttpTest, ErrorPageIsData)
-{
-    Http http;
-    std::string page = fetch(http, server.Url("/404"));
+    EXPECT_EQ("", fetch(http, server.Url("/empty")));
+    std::string page = fetch(http, server.Url("/404")); // an error page is data
     EXPECT_NE(std::string::npos, page.find("404 Not Found")) << page;
-}
 
-TEST_F(HttpTest, StringDataStopsAtNulWhileRawDataKeepsEveryByte)
-{
-    Http http;
+    // SyncGet returns the body.
+    EXPECT_EQ(String(fileText.c_str()), http.SyncGet(server.Url("/file").c_str(), 60000));
+    EXPECT_EQ(String(fileText.c_str()), http.SyncGet(server.Url("/redirect/2").c_str(), 60000));
+    EXPECT_EQ(String(""), http.SyncGet(server.Url("/empty").c_str(), 60000));
+
+    // String data stops at a NUL while the raw data keeps every byte.
     http.Get(server.Url("/nul").c_str(), 60000);
     pollToEnd(http);
     EXPECT_EQ(7u, http.GetRawData()->size());
@@ -110,7 +99,7 @@ TEST_F(HttpTest, GetWhilePendingThrowsAndLeavesFirstRequestAlone)
     EXPECT_FALSE(http.WaitForHelper(0)) << "the first request was disturbed";
 }
 
-TEST_F(HttpTest, UnusableUrlsFailWhenOpening)
+TEST_F(HttpTest, UnusableUrlsAndFailedConnectionsThrow)
 {
     Http http;
     for (char const* url : {"", "not a url", "ftp://127.0.0.1/file", "file:///etc/passwd"})
@@ -118,6 +107,17 @@ TEST_F(HttpTest, UnusableUrlsFailWhenOpening)
             << url;
     EXPECT_EQ("CFReadStreamOpen failed.", connectionErrorOf([&] { http.Get(String(), 1000); }));
     EXPECT_EQ(fileText, fetch(http, server.Url("/file"))) << "a failed Get leaves Http usable";
+
+    // SyncGet passes open and stream errors on, and times out.
+    EXPECT_EQ("Internal stream error 1, 7",
+              connectionErrorOf([&] { http.SyncGet(server.ClosedUrl("/file").c_str(), 60000); }));
+    EXPECT_EQ("CFReadStreamOpen failed.",
+              connectionErrorOf([&] { http.SyncGet("gopher://127.0.0.1/", 60000); }));
+    for (std::string const& url : {server.Url("/stall"), server.BacklogUrl("/file")})
+        EXPECT_EQ("Operation timed out while trying to connect to the web server.",
+                  connectionErrorOf([&] { http.SyncGet(url.c_str(), 200); }))
+            << url;
+    EXPECT_TRUE(http.WaitForHelper(0));
 }
 
 // ---- time-out, driven by a clock of the test's own
@@ -198,9 +198,7 @@ TEST_F(HttpTest, StreamErrorsShowAtTheTimeOut)
     }
 }
 
-// ---- cancel
-
-TEST_F(HttpTest, CancelStopsAStalledRequestAndEmptiesItsData)
+TEST_F(HttpTest, CancelOrDestructionStopsAStalledRequest)
 {
     Http http;
     http.CancelGet(); // nothing pending: nothing happens
@@ -216,46 +214,14 @@ TEST_F(HttpTest, CancelStopsAStalledRequestAndEmptiesItsData)
     http.Get(server.BacklogUrl("/file").c_str(), -1);
     http.CancelGet();
     EXPECT_TRUE(http.WaitForHelper(0));
-}
 
-TEST_F(HttpTest, DestroyingAPendingRequestCancelsIt)
-{
+    // Destroying a pending request cancels it.
     {
-        Http http;
-        http.Get(server.Url("/stall").c_str(), 60000);
+        Http pending;
+        pending.Get(server.Url("/stall").c_str(), 60000);
         ASSERT_TRUE(server.WaitForRequest("/stall"));
     }
-    Http next;
-    EXPECT_EQ(fileText, fetch(next, server.Url("/file")));
-}
-
-// ---- SyncGet
-
-TEST_F(HttpTest, SyncGetReturnsTheBody)
-{
-    Http http;
-    EXPECT_EQ(String(fileText.c_str()), http.SyncGet(server.Url("/file").c_str(), 60000));
-    EXPECT_EQ(String(fileText.c_str()), http.SyncGet(server.Url("/redirect/2").c_str(), 60000));
-    EXPECT_EQ(String(""), http.SyncGet(server.Url("/empty").c_str(), 60000));
-}
-
-TEST_F(HttpTest, SyncGetTimesOut)
-{
-    Http http;
-    for (std::string const& url : {server.Url("/stall"), server.BacklogUrl("/file")})
-        EXPECT_EQ("Operation timed out while trying to connect to the web server.",
-                  connectionErrorOf([&] { http.SyncGet(url.c_str(), 200); }))
-            << url;
-    EXPECT_TRUE(http.WaitForHelper(0));
-}
-
-TEST_F(HttpTest, SyncGetPassesStreamAndOpenErrorsOn)
-{
-    Http http;
-    EXPECT_EQ("Internal stream error 1, 7",
-              connectionErrorOf([&] { http.SyncGet(server.ClosedUrl("/file").c_str(), 60000); }));
-    EXPECT_EQ("CFReadStreamOpen failed.",
-              connectionErrorOf([&] { http.SyncGet("gopher://127.0.0.1/", 60000); }));
+    EXPECT_EQ(fileText, fetch(http, server.Url("/file")));
 }
 
 TEST_F(HttpTest, SyncGetCanceledFromAnotherThreadThrowsUserCancel)

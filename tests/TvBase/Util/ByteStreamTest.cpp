@@ -38,7 +38,7 @@ Bytes concat(std::initializer_list<Bytes> parts)
 
 } // namespace
 
-TEST(ByteStreamEncoding, PrimitivesInBothByteOrders)
+TEST(ByteStreamEncoding, PrimitivesInBothByteOrdersNativeLittleEndian)
 {
     for (bool big : {false, true})
     {
@@ -94,10 +94,7 @@ TEST(ByteStreamEncoding, PrimitivesInBothByteOrders)
         EXPECT_EQ(d, rd);
         EXPECT_TRUE(stream.AtEnd());
     }
-}
-
-TEST(ByteStreamEncoding, NativeIsLittleEndianHere)
-{
+    // Native is little endian here.
     ByteStream native;
     native << 1u;
     EXPECT_EQ((Bytes{1, 0, 0, 0}), native.GetBuffer());
@@ -105,6 +102,11 @@ TEST(ByteStreamEncoding, NativeIsLittleEndianHere)
     big.SetEndianType(DataStream::BigEndian);
     big << 1u;
     EXPECT_EQ((Bytes{0, 0, 0, 1}), big.GetBuffer());
+    // Bool reads any non zero byte as true.
+    unsigned char const bytes[] = {7, 0};
+    ByteStream stream(2, bytes);
+    EXPECT_TRUE(stream.ReadPrimitive(false));
+    EXPECT_FALSE(stream.ReadPrimitive(true));
 }
 
 TEST(ByteStreamEncoding, SwappedLongKeepsOnlyItsLowHalf)
@@ -125,15 +127,7 @@ TEST(ByteStreamEncoding, SwappedLongKeepsOnlyItsLowHalf)
     EXPECT_EQ(7ul, big.ReadPrimitive(0ul));
 }
 
-TEST(ByteStreamEncoding, BoolReadsAnyNonZeroByteAsTrue)
-{
-    unsigned char const bytes[] = {7, 0};
-    ByteStream stream(2, bytes);
-    EXPECT_TRUE(stream.ReadPrimitive(false));
-    EXPECT_FALSE(stream.ReadPrimitive(true));
-}
-
-TEST(ByteStreamStrings, LengthThenBytes)
+TEST(ByteStreamStrings, LengthThenBytesNullAndEmptyReadBackNull)
 {
     ByteStream stream;
     stream << String("abc");
@@ -147,19 +141,38 @@ TEST(ByteStreamStrings, LengthThenBytes)
     big.SetEndianType(DataStream::BigEndian);
     big << String("hi");
     EXPECT_EQ((Bytes{0, 0, 0, 2, 'h', 'i'}), big.GetBuffer());
-}
-
-TEST(ByteStreamStrings, NullAndEmptyReadBackNull)
-{
-    ByteStream stream;
-    stream << String() << String("");
-    EXPECT_EQ(Bytes(8, 0), stream.GetBuffer());
-    stream.SetPosition(0);
-    String first("x");
-    String second("y");
-    stream >> first >> second;
-    EXPECT_TRUE(first.IsNull());
-    EXPECT_TRUE(second.IsNull());
+    { // Null and empty read back null.
+        ByteStream stream;
+        stream << String() << String("");
+        EXPECT_EQ(Bytes(8, 0), stream.GetBuffer());
+        stream.SetPosition(0);
+        String first("x");
+        String second("y");
+        stream >> first >> second;
+        EXPECT_TRUE(first.IsNull());
+        EXPECT_TRUE(second.IsNull());
+    }
+    { // Without length only the bytes.
+        ByteStream stream;
+        EXPECT_TRUE(stream.IsWriteStringLength());
+        stream.SetWriteStringLength(false);
+        stream << String("abc") << String("de");
+        EXPECT_EQ((Bytes{'a', 'b', 'c', 'd', 'e'}), stream.GetBuffer());
+    }
+    { // Every length up to limit round trips through base interface.
+        ByteStream bytes;
+        DataStream& stream = bytes;
+        for (unsigned int length : {1u, 2u, 255u, 256u, 65536u})
+            stream << String(std::string(length, 'k').c_str());
+        stream.SetPosition(0);
+        for (unsigned int length : {1u, 2u, 255u, 256u, 65536u})
+        {
+            String read;
+            stream >> read;
+            EXPECT_EQ(length, read.Length());
+        }
+        EXPECT_TRUE(stream.AtEnd());
+    }
 }
 
 TEST(ByteStreamStrings, LengthLimitAndShortData)
@@ -188,16 +201,7 @@ TEST(ByteStreamStrings, LengthLimitAndShortData)
     EXPECT_EQ(0u, truncated.GetPosition());
 }
 
-TEST(ByteStreamStrings, WithoutLengthOnlyTheBytes)
-{
-    ByteStream stream;
-    EXPECT_TRUE(stream.IsWriteStringLength());
-    stream.SetWriteStringLength(false);
-    stream << String("abc") << String("de");
-    EXPECT_EQ((Bytes{'a', 'b', 'c', 'd', 'e'}), stream.GetBuffer());
-}
-
-TEST(ByteStreamErrors, FailedPrimitiveReadKeepsTargetAndPosition)
+TEST(ByteStreamErrors, FailedReadsKeepTargetAndPosition)
 {
     unsigned char const bytes[] = {1, 2, 3};
     ByteStream stream(3, bytes);
@@ -216,28 +220,26 @@ TEST(ByteStreamErrors, FailedPrimitiveReadKeepsTargetAndPosition)
     EXPECT_TRUE(stream.AtEnd());
     EXPECT_EQ("Can't extract 1 bytes at position 9, total size 3",
               MessageOf<DataStreamIO>([&] { stream.ReadPrimitive(char()); }));
-}
+    { // Raw and vector reads.
+        ByteStream stream;
+        stream << Bytes{9, 8, 7};
+        EXPECT_EQ((Bytes{3, 0, 0, 0, 9, 8, 7}), stream.GetBuffer());
+        stream.SetPosition(0);
+        Bytes read;
+        stream >> read;
+        EXPECT_EQ((Bytes{9, 8, 7}), read);
 
-TEST(ByteStreamErrors, RawAndVectorReads)
-{
-    ByteStream stream;
-    stream << Bytes{9, 8, 7};
-    EXPECT_EQ((Bytes{3, 0, 0, 0, 9, 8, 7}), stream.GetBuffer());
-    stream.SetPosition(0);
-    Bytes read;
-    stream >> read;
-    EXPECT_EQ((Bytes{9, 8, 7}), read);
+        stream.SetPosition(4);
+        unsigned char out[3] = {};
+        stream.Read(2, out);
+        EXPECT_EQ(8, out[1]);
+        EXPECT_EQ("Can't read 2 bytes", MessageOf<DataStreamIO>([&] { stream.Read(2, out); }));
 
-    stream.SetPosition(4);
-    unsigned char out[3] = {};
-    stream.Read(2, out);
-    EXPECT_EQ(8, out[1]);
-    EXPECT_EQ("Can't read 2 bytes", MessageOf<DataStreamIO>([&] { stream.Read(2, out); }));
-
-    unsigned char const lying[] = {200, 0, 0, 0, 1};
-    ByteStream damaged(5, lying);
-    EXPECT_EQ("Can't read 200 bytes", MessageOf<DataStreamIO>([&] { damaged >> read; }));
-    EXPECT_EQ((Bytes{9, 8, 7}), read);
+        unsigned char const lying[] = {200, 0, 0, 0, 1};
+        ByteStream damaged(5, lying);
+        EXPECT_EQ("Can't read 200 bytes", MessageOf<DataStreamIO>([&] { damaged >> read; }));
+        EXPECT_EQ((Bytes{9, 8, 7}), read);
+    }
 }
 
 TEST(ByteStreamPositions, WritesOverwriteOrGrowWithNulBytes)
@@ -267,20 +269,4 @@ TEST(ByteStreamPositions, WritesOverwriteOrGrowWithNulBytes)
     ByteStream fromRef(array_ref<unsigned char const>(source, 2));
     EXPECT_EQ(5, fromRef.ReadPrimitive(static_cast<unsigned char>(0)));
     EXPECT_EQ(1u, fromRef.GetRemaining());
-}
-
-TEST(ByteStreamStrings, EveryLengthUpToLimitRoundTripsThroughBaseInterface)
-{
-    ByteStream bytes;
-    DataStream& stream = bytes;
-    for (unsigned int length : {1u, 2u, 255u, 256u, 65536u})
-        stream << String(std::string(length, 'k').c_str());
-    stream.SetPosition(0);
-    for (unsigned int length : {1u, 2u, 255u, 256u, 65536u})
-    {
-        String read;
-        stream >> read;
-        EXPECT_EQ(length, read.Length());
-    }
-    EXPECT_TRUE(stream.AtEnd());
 }

@@ -46,82 +46,6 @@ int inChild(Body body)
 
 } // namespace
 
-TEST(ConfigFileCorruption, DamagedFileReadsEmptyAndIsKeptAside)
-{
-    TempConfigHome home;
-    std::string file = home.UserFolder() + "com.test.corrupt.plist";
-    std::string garbage = "<?xml version=\"1.0\"?><plist><dict><key>a</key><string>x";
-    WriteSettingsFile(file, garbage);
-
-    ConfigFile config("com.test.corrupt");
-    EXPECT_EQ(config.GetString("a", "default"), "default");
-    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
-    EXPECT_FALSE(exists(file));
-
-    // New values go to a new file; the damaged one stays aside untouched.
-    config.SetString("a", "fresh");
-    config.Synchronize();
-    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
-    home.SwitchToOtherView();
-    ConfigFile other("com.test.corrupt");
-    EXPECT_EQ(other.GetString("a"), "fresh");
-
-    // A second damage keeps the first copy and sets the new one beside it.
-    WriteSettingsFile(file, "not a property list");
-    other.SetString("b", "mine");
-    other.Synchronize();
-    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
-    EXPECT_EQ(ReadSettingsFile(file + ".corrupt.1"), "not a property list");
-    // The value written before the damage was lost with the file, but the pending one survives.
-    EXPECT_EQ(other.GetString("a", "lost"), "lost");
-    EXPECT_EQ(other.GetString("b"), "mine");
-    home.SwitchToOtherView();
-    EXPECT_EQ(ConfigFile("com.test.corrupt").GetString("b"), "mine");
-}
-
-TEST(ConfigFileCorruption, EveryKindOfDamageIsKeptAside)
-{
-    TempConfigHome home;
-    // A good file cut in the middle, a root that is not a dictionary, binary junk.
-    ConfigFile good("com.test.good");
-    for (int i = 0; i < 50; ++i)
-        good.SetString(String("k%1").Arg(i), "some value");
-    good.Synchronize();
-    std::string whole = ReadSettingsFile(home.UserFolder() + "com.test.good.plist");
-    ASSERT_GT(whole.size(), 100u);
-
-    struct Case
-    {
-        char const* domain;
-        std::string text;
-    };
-    Case const cases[] = {
-        {"com.test.cut", whole.substr(0, whole.size() / 2)},
-        {"com.test.array", "<?xml version=\"1.0\"?><plist version=\"1.0\"><array/></plist>"},
-        {"com.test.junk", std::string("\x00\x01\xFF\xFE junk", 9)},
-    };
-    for (Case const& c : cases)
-    {
-        std::string file = home.UserFolder() + c.domain + ".plist";
-        WriteSettingsFile(file, c.text);
-        ConfigFile config(c.domain);
-        EXPECT_TRUE(config.GetString("k1").IsNull()) << c.domain;
-        EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), c.text) << c.domain;
-    }
-
-    // A folder where the file should be is moved aside as well.
-    std::string folder = home.UserFolder() + "com.test.folder.plist";
-    mkdir(folder.c_str(), 0700);
-    ConfigFile config("com.test.folder");
-    config.SetString("k", "v");
-    config.Synchronize();
-    struct stat info;
-    ASSERT_EQ(stat((folder + ".corrupt").c_str(), &info), 0);
-    EXPECT_TRUE(S_ISDIR(info.st_mode));
-    home.SwitchToOtherView();
-    EXPECT_EQ(ConfigFile("com.test.folder").GetString("k"), "v");
-}
-
 namespace
 {
 
@@ -173,85 +97,130 @@ std::string nestedBinary(int depth)
 
 } // namespace
 
-TEST(ConfigFileCorruption, NestingBeyondSaneDepthIsDamage)
+TEST(ConfigFileCorruption, DamagedFilesReadEmptyAndAreKeptAside)
 {
     TempConfigHome home;
-    struct Case
-    {
-        char const* domain;
-        std::string text;
-        bool damaged;
-    };
-    Case const cases[] = {
-        {"com.test.xml100", nestedXml(100), false},
-        {"com.test.binary100", nestedBinary(100), false},
-        {"com.test.xml30000", nestedXml(30000), true},
-        {"com.test.xml100000", nestedXml(100000), true},
-        {"com.test.binary100000", nestedBinary(100000), true},
-    };
-    for (Case const& c : cases)
-    {
-        std::string file = home.UserFolder() + c.domain + ".plist";
-        WriteSettingsFile(file, c.text);
-        ConfigFile config(c.domain);
-        std::vector<String> names;
-        config.GetValueNames(names, "");
-        EXPECT_EQ(names.empty(), c.damaged) << c.domain;
-        EXPECT_EQ(exists(file + ".corrupt"), c.damaged) << c.domain;
-        // Writing goes on: over the good file, or into a fresh one.
-        config.SetString("after", "yes");
-        config.Synchronize();
-        home.SwitchToOtherView();
-        EXPECT_EQ(ConfigFile(c.domain).GetString("after"), "yes") << c.domain;
-    }
-}
+    std::string file = home.UserFolder() + "com.test.corrupt.plist";
+    std::string garbage = "<?xml version=\"1.0\"?><plist><dict><key>a</key><string>x";
+    WriteSettingsFile(file, garbage);
 
-TEST(ConfigFileCorruption, SpecialFilesAreDamageAndNeverWaitedOn)
-{
-    TempConfigHome home;
-    WriteSettingsFile(home.UserFolder() + "placeholder", "");
-    std::string fifo = home.UserFolder() + "com.test.fifo.plist";
-    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-    std::string device = home.UserFolder() + "com.test.device.plist";
-    ASSERT_EQ(symlink("/dev/zero", device.c_str()), 0);
-    for (char const* domain : {"com.test.fifo", "com.test.device"})
-    {
-        ConfigFile config(domain);
-        EXPECT_TRUE(config.GetString("k").IsNull()) << domain;
-        EXPECT_TRUE(exists(home.UserFolder() + domain + ".plist.corrupt")) << domain;
+    ConfigFile config("com.test.corrupt");
+    EXPECT_EQ(config.GetString("a", "default"), "default");
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
+    EXPECT_FALSE(exists(file));
+
+    // New values go to a new file; the damaged one stays aside untouched.
+    config.SetString("a", "fresh");
+    config.Synchronize();
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
+    home.SwitchToOtherView();
+    ConfigFile other("com.test.corrupt");
+    EXPECT_EQ(other.GetString("a"), "fresh");
+
+    // A second damage keeps the first copy and sets the new one beside it.
+    WriteSettingsFile(file, "not a property list");
+    other.SetString("b", "mine");
+    other.Synchronize();
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), garbage);
+    EXPECT_EQ(ReadSettingsFile(file + ".corrupt.1"), "not a property list");
+    // The value written before the damage was lost with the file, but the pending one survives.
+    EXPECT_EQ(other.GetString("a", "lost"), "lost");
+    EXPECT_EQ(other.GetString("b"), "mine");
+    home.SwitchToOtherView();
+    EXPECT_EQ(ConfigFile("com.test.corrupt").GetString("b"), "mine");
+    { // Every kind of damage is kept aside.
+        TempConfigHome home;
+        // A good file cut in the middle, a root that is not a dictionary, binary junk.
+        ConfigFile good("com.test.good");
+        for (int i = 0; i < 50; ++i)
+            good.SetString(String("k%1").Arg(i), "some value");
+        good.Synchronize();
+        std::string whole = ReadSettingsFile(home.UserFolder() + "com.test.good.plist");
+        ASSERT_GT(whole.size(), 100u);
+
+        struct Case
+        {
+            char const* domain;
+            std::string text;
+        };
+        Case const cases[] = {
+            {"com.test.cut", whole.substr(0, whole.size() / 2)},
+            {"com.test.array", "<?xml version=\"1.0\"?><plist version=\"1.0\"><array/></plist>"},
+            {"com.test.junk", std::string("\x00\x01\xFF\xFE junk", 9)},
+        };
+        for (Case const& c : cases)
+        {
+            std::string file = home.UserFolder() + c.domain + ".plist";
+            WriteSettingsFile(file, c.text);
+            ConfigFile config(c.domain);
+            EXPECT_TRUE(config.GetString("k1").IsNull()) << c.domain;
+            EXPECT_EQ(ReadSettingsFile(file + ".corrupt"), c.text) << c.domain;
+        }
+
+        // A folder where the file should be is moved aside as well.
+        std::string folder = home.UserFolder() + "com.test.folder.plist";
+        mkdir(folder.c_str(), 0700);
+        ConfigFile config("com.test.folder");
         config.SetString("k", "v");
         config.Synchronize();
+        struct stat info;
+        ASSERT_EQ(stat((folder + ".corrupt").c_str(), &info), 0);
+        EXPECT_TRUE(S_ISDIR(info.st_mode));
         home.SwitchToOtherView();
-        EXPECT_EQ(ConfigFile(domain).GetString("k"), "v") << domain;
+        EXPECT_EQ(ConfigFile("com.test.folder").GetString("k"), "v");
+    }
+    { // Nesting beyond sane depth is damage.
+        TempConfigHome home;
+        struct Case
+        {
+            char const* domain;
+            std::string text;
+            bool damaged;
+        };
+        Case const cases[] = {
+            {"com.test.xml100", nestedXml(100), false},
+            {"com.test.binary100", nestedBinary(100), false},
+            {"com.test.xml30000", nestedXml(30000), true},
+            {"com.test.xml100000", nestedXml(100000), true},
+            {"com.test.binary100000", nestedBinary(100000), true},
+        };
+        for (Case const& c : cases)
+        {
+            std::string file = home.UserFolder() + c.domain + ".plist";
+            WriteSettingsFile(file, c.text);
+            ConfigFile config(c.domain);
+            std::vector<String> names;
+            config.GetValueNames(names, "");
+            EXPECT_EQ(names.empty(), c.damaged) << c.domain;
+            EXPECT_EQ(exists(file + ".corrupt"), c.damaged) << c.domain;
+            // Writing goes on: over the good file, or into a fresh one.
+            config.SetString("after", "yes");
+            config.Synchronize();
+            home.SwitchToOtherView();
+            EXPECT_EQ(ConfigFile(c.domain).GetString("after"), "yes") << c.domain;
+        }
+    }
+    { // Special files are damage and never waited on.
+        TempConfigHome home;
+        WriteSettingsFile(home.UserFolder() + "placeholder", "");
+        std::string fifo = home.UserFolder() + "com.test.fifo.plist";
+        ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+        std::string device = home.UserFolder() + "com.test.device.plist";
+        ASSERT_EQ(symlink("/dev/zero", device.c_str()), 0);
+        for (char const* domain : {"com.test.fifo", "com.test.device"})
+        {
+            ConfigFile config(domain);
+            EXPECT_TRUE(config.GetString("k").IsNull()) << domain;
+            EXPECT_TRUE(exists(home.UserFolder() + domain + ".plist.corrupt")) << domain;
+            config.SetString("k", "v");
+            config.Synchronize();
+            home.SwitchToOtherView();
+            EXPECT_EQ(ConfigFile(domain).GetString("k"), "v") << domain;
+        }
     }
 }
 
-TEST(ConfigFileLinks, WritesGoThroughASymbolicLinkToItsTarget)
-{
-    TempConfigHome home;
-    std::string target = home.Root() + "/elsewhere/linked.plist";
-    WriteSettingsFile(
-        target, "<plist version=\"1.0\"><dict><key>old</key><string>kept</string></dict></plist>");
-    WriteSettingsFile(home.UserFolder() + "placeholder", "");
-    std::string link = home.UserFolder() + "com.test.link.plist";
-    ASSERT_EQ(symlink("../../elsewhere/linked.plist", link.c_str()), 0);
-
-    ConfigFile config("com.test.link");
-    EXPECT_EQ(config.GetString("old"), "kept");
-    config.SetString("new", "written");
-    config.Synchronize();
-
-    struct stat info;
-    ASSERT_EQ(lstat(link.c_str(), &info), 0);
-    EXPECT_TRUE(S_ISLNK(info.st_mode)) << "the link became a file of its own";
-    std::string const text = ReadSettingsFile(target);
-    EXPECT_NE(text.find("written"), std::string::npos);
-    EXPECT_NE(text.find("kept"), std::string::npos);
-    EXPECT_FALSE(exists(target + ".tmp"));
-    EXPECT_FALSE(exists(link + ".tmp"));
-}
-
-TEST(ConfigFileCorruption, HarmlessOrReadOnlyFilesStayWhereTheyAre)
+TEST(ConfigFileCorruption, HarmlessReadOnlyAndLinkedFiles)
 {
     TempConfigHome home;
     // An empty file holds nothing to lose.
@@ -271,24 +240,30 @@ TEST(ConfigFileCorruption, HarmlessOrReadOnlyFilesStayWhereTheyAre)
     EXPECT_EQ(ReadSettingsFile(system), "<plist><dict><key>");
     EXPECT_FALSE(exists(system + ".corrupt"));
     EXPECT_EQ(other.GetString("k"), "v");
-}
+    { // Writes go through a symbolic link to its target.
+        TempConfigHome home;
+        std::string target = home.Root() + "/elsewhere/linked.plist";
+        WriteSettingsFile(
+            target,
+            "<plist version=\"1.0\"><dict><key>old</key><string>kept</string></dict></plist>");
+        WriteSettingsFile(home.UserFolder() + "placeholder", "");
+        std::string link = home.UserFolder() + "com.test.link.plist";
+        ASSERT_EQ(symlink("../../elsewhere/linked.plist", link.c_str()), 0);
 
-TEST(ConfigFileCorruption, UnreadableFileIsKeptAsideNotOverwritten)
-{
-    if (geteuid() == 0)
-        GTEST_SKIP() << "permissions do not bind the super-user";
-    TempConfigHome home;
-    std::string file = home.UserFolder() + "com.test.locked.plist";
-    WriteSettingsFile(
-        file, "<plist version=\"1.0\"><dict><key>k</key><string>old</string></dict></plist>");
-    chmod(file.c_str(), 0);
-    ConfigFile config("com.test.locked");
-    EXPECT_TRUE(config.GetString("k").IsNull());
-    config.SetString("k", "new");
-    config.Synchronize();
-    chmod((file + ".corrupt").c_str(), 0600);
-    EXPECT_NE(ReadSettingsFile(file + ".corrupt").find("old"), std::string::npos);
-    EXPECT_NE(ReadSettingsFile(file).find("new"), std::string::npos);
+        ConfigFile config("com.test.link");
+        EXPECT_EQ(config.GetString("old"), "kept");
+        config.SetString("new", "written");
+        config.Synchronize();
+
+        struct stat info;
+        ASSERT_EQ(lstat(link.c_str(), &info), 0);
+        EXPECT_TRUE(S_ISLNK(info.st_mode)) << "the link became a file of its own";
+        std::string const text = ReadSettingsFile(target);
+        EXPECT_NE(text.find("written"), std::string::npos);
+        EXPECT_NE(text.find("kept"), std::string::npos);
+        EXPECT_FALSE(exists(target + ".tmp"));
+        EXPECT_FALSE(exists(link + ".tmp"));
+    }
 }
 
 TEST(ConfigFileProcesses, TwoWritersAtOnceLoseNothing)
@@ -416,4 +391,22 @@ TEST(ConfigFileProcesses, PendingValuesAreWrittenAtExit)
         });
     EXPECT_EQ(status, 0);
     EXPECT_EQ(ConfigFile("com.test.exit").GetString("written"), "at exit");
+}
+
+TEST(ConfigFileCorruption, UnreadableFileIsKeptAsideNotOverwritten)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "permissions do not bind the super-user";
+    TempConfigHome home;
+    std::string file = home.UserFolder() + "com.test.locked.plist";
+    WriteSettingsFile(
+        file, "<plist version=\"1.0\"><dict><key>k</key><string>old</string></dict></plist>");
+    chmod(file.c_str(), 0);
+    ConfigFile config("com.test.locked");
+    EXPECT_TRUE(config.GetString("k").IsNull());
+    config.SetString("k", "new");
+    config.Synchronize();
+    chmod((file + ".corrupt").c_str(), 0600);
+    EXPECT_NE(ReadSettingsFile(file + ".corrupt").find("old"), std::string::npos);
+    EXPECT_NE(ReadSettingsFile(file).find("new"), std::string::npos);
 }

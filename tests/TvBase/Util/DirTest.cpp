@@ -41,7 +41,7 @@ using Names = std::vector<std::string>;
 
 } // namespace
 
-TEST(DirExists, FoldersOnlyAndUnexpectedErrorsThrow)
+TEST(DirExists, ExistsCreateRemoveRenameAndTimes)
 {
     TempFolder temp;
     EXPECT_TRUE(dirAt(temp.Path()).Exists());
@@ -56,77 +56,74 @@ TEST(DirExists, FoldersOnlyAndUnexpectedErrorsThrow)
     FileIO const e = thrownBy([&] { dirAt(temp / "loop").Exists(); });
     EXPECT_EQ(String("access() returned unexpected error: -1/%1").Arg(ELOOP), e.GetMessage());
     EXPECT_EQ(ELOOP, e.GetErrorNumber());
+    { // Single and recursive.
+        TempFolder temp;
+        Dir const single = dirAt(temp / "one");
+        EXPECT_TRUE(single.Create(false));
+        EXPECT_TRUE(single.Exists());
+        EXPECT_TRUE(single.Create(false)); // already there
+
+        FileIO const e = thrownBy([&] { dirAt(temp / "a/b").Create(false); });
+        EXPECT_EQ(String("mkdir() failed with -1/%1").Arg(ENOENT), e.GetMessage());
+
+        Dir const deep = dirAt(temp / "a/b/c/d");
+        EXPECT_TRUE(deep.Create(true));
+        EXPECT_TRUE(deep.Exists());
+        EXPECT_TRUE(deep.Create(true));
+
+        temp.Write("blocker", "x");
+        EXPECT_EQ(String("mkdir() failed with -1/%1").Arg(ENOTDIR),
+                  thrownBy([&] { dirAt(temp / "blocker/x/y").Create(true); }).GetMessage());
+    }
+    { // Empty folders only and failures throw.
+        TempFolder temp;
+        Dir folder = dirAt(temp / "gone");
+        folder.Create(false);
+        folder.Remove();
+        EXPECT_FALSE(folder.Exists());
+        EXPECT_NO_THROW(folder.Remove()); // nothing there
+
+        temp.Write("full/file", "x");
+        Dir full = dirAt(temp / "full");
+        FileIO const e = thrownBy([&] { full.Remove(); });
+        EXPECT_EQ("rmdir() failed", e.GetMessage());
+        EXPECT_EQ(ENOTEMPTY, e.GetErrorNumber());
+
+        full.Rename(FolderPath((temp / "renamed").c_str()));
+        EXPECT_FALSE(full.Exists());
+        EXPECT_TRUE(dirAt(temp / "renamed").Exists());
+        EXPECT_EQ("x", ReadFile(temp / "renamed/file"));
+        EXPECT_EQ(
+            "rename() failed",
+            thrownBy([&] { full.Rename(FolderPath((temp / "again").c_str())); }).GetMessage());
+    }
+    { // Times and info.
+        TempFolder temp;
+        Dir folder = dirAt(temp / "t");
+        folder.Create(false);
+        Util::FileTime time;
+        time.accessed = 1000000000LL * 1000000000LL;
+        time.modified = 1100000000LL * 1000000000LL + 42;
+        folder.SetTime(time);
+        Util::FileTime read;
+        folder.GetTime(&read);
+        EXPECT_EQ(time, read);
+
+        Dir::DirInfo info;
+        ASSERT_TRUE(folder.GetDirInfo(info));
+        EXPECT_EQ(0755u, info.permissions & 0777);
+        EXPECT_EQ(time.modified, info.time.modified);
+
+        Dir missing = dirAt(temp / "missing");
+        EXPECT_FALSE(missing.GetDirInfo(info));
+        EXPECT_EQ("Error getting folder time",
+                  thrownBy([&] { missing.GetTime(&read); }).GetMessage());
+        EXPECT_EQ("Error setting folder time",
+                  thrownBy([&] { missing.SetTime(time); }).GetMessage());
+    }
 }
 
-TEST(DirCreate, SingleAndRecursive)
-{
-    TempFolder temp;
-    Dir const single = dirAt(temp / "one");
-    EXPECT_TRUE(single.Create(false));
-    EXPECT_TRUE(single.Exists());
-    EXPECT_TRUE(single.Create(false)); // already there
-
-    FileIO const e = thrownBy([&] { dirAt(temp / "a/b").Create(false); });
-    EXPECT_EQ(String("mkdir() failed with -1/%1").Arg(ENOENT), e.GetMessage());
-
-    Dir const deep = dirAt(temp / "a/b/c/d");
-    EXPECT_TRUE(deep.Create(true));
-    EXPECT_TRUE(deep.Exists());
-    EXPECT_TRUE(deep.Create(true));
-
-    temp.Write("blocker", "x");
-    EXPECT_EQ(String("mkdir() failed with -1/%1").Arg(ENOTDIR),
-              thrownBy([&] { dirAt(temp / "blocker/x/y").Create(true); }).GetMessage());
-}
-
-TEST(DirRemoveRename, EmptyFoldersOnlyAndFailuresThrow)
-{
-    TempFolder temp;
-    Dir folder = dirAt(temp / "gone");
-    folder.Create(false);
-    folder.Remove();
-    EXPECT_FALSE(folder.Exists());
-    EXPECT_NO_THROW(folder.Remove()); // nothing there
-
-    temp.Write("full/file", "x");
-    Dir full = dirAt(temp / "full");
-    FileIO const e = thrownBy([&] { full.Remove(); });
-    EXPECT_EQ("rmdir() failed", e.GetMessage());
-    EXPECT_EQ(ENOTEMPTY, e.GetErrorNumber());
-
-    full.Rename(FolderPath((temp / "renamed").c_str()));
-    EXPECT_FALSE(full.Exists());
-    EXPECT_TRUE(dirAt(temp / "renamed").Exists());
-    EXPECT_EQ("x", ReadFile(temp / "renamed/file"));
-    EXPECT_EQ("rename() failed",
-              thrownBy([&] { full.Rename(FolderPath((temp / "again").c_str())); }).GetMessage());
-}
-
-TEST(DirTimes, TimesAndInfo)
-{
-    TempFolder temp;
-    Dir folder = dirAt(temp / "t");
-    folder.Create(false);
-    Util::FileTime time;
-    time.accessed = 1000000000LL * 1000000000LL;
-    time.modified = 1100000000LL * 1000000000LL + 42;
-    folder.SetTime(time);
-    Util::FileTime read;
-    folder.GetTime(&read);
-    EXPECT_EQ(time, read);
-
-    Dir::DirInfo info;
-    ASSERT_TRUE(folder.GetDirInfo(info));
-    EXPECT_EQ(0755u, info.permissions & 0777);
-    EXPECT_EQ(time.modified, info.time.modified);
-
-    Dir missing = dirAt(temp / "missing");
-    EXPECT_FALSE(missing.GetDirInfo(info));
-    EXPECT_EQ("Error getting folder time", thrownBy([&] { missing.GetTime(&read); }).GetMessage());
-    EXPECT_EQ("Error setting folder time", thrownBy([&] { missing.SetTime(time); }).GetMessage());
-}
-
-TEST(DirFilenames, FilterIgnoresCaseWithOneStar)
+TEST(DirFilenames, FilterKindsSubfoldersAndNames)
 {
     TempFolder temp;
     for (char const* name : {"a.png", "B.PNG", "Abc", "notes.txt", "aXb*c", "abc"})
@@ -149,34 +146,32 @@ TEST(DirFilenames, FilterIgnoresCaseWithOneStar)
     EXPECT_EQ((Names{"notes.txt"}), sorted(names));
     folder.GetFilenames(names, "", false, false);
     EXPECT_EQ(6u, names.size());
-}
+    { // Kinds subfolders and keeping names.
+        TempFolder temp;
+        temp.Write("top.txt", "x");
+        temp.Write("sub/inner.txt", "x");
+        temp.Write("sub/deeper/leaf.txt", "x");
+        Dir const folder = dirAt(temp.Path());
 
-TEST(DirFilenames, KindsSubfoldersAndKeepingNames)
-{
-    TempFolder temp;
-    temp.Write("top.txt", "x");
-    temp.Write("sub/inner.txt", "x");
-    temp.Write("sub/deeper/leaf.txt", "x");
-    Dir const folder = dirAt(temp.Path());
+        std::vector<String> names{"kept"};
+        folder.GetFilenames(names, "", true, false);
+        EXPECT_EQ((Names{"kept", "top.txt"}), sorted(names));
 
-    std::vector<String> names{"kept"};
-    folder.GetFilenames(names, "", true, false);
-    EXPECT_EQ((Names{"kept", "top.txt"}), sorted(names));
+        folder.GetFilenames(names, "", false, true);
+        EXPECT_EQ((Names{"sub", "top.txt"}), sorted(names));
 
-    folder.GetFilenames(names, "", false, true);
-    EXPECT_EQ((Names{"sub", "top.txt"}), sorted(names));
+        folder.GetFoldernames(names, "", false);
+        EXPECT_EQ((Names{"sub"}), sorted(names));
 
-    folder.GetFoldernames(names, "", false);
-    EXPECT_EQ((Names{"sub"}), sorted(names));
+        folder.GetFilenames("sub", names, "*.TXT", false, false);
+        EXPECT_EQ((Names{"sub/inner.txt"}), sorted(names));
+        folder.GetFoldernames("sub", names, "", true);
+        EXPECT_EQ((Names{"sub/deeper", "sub/inner.txt"}), sorted(names));
 
-    folder.GetFilenames("sub", names, "*.TXT", false, false);
-    EXPECT_EQ((Names{"sub/inner.txt"}), sorted(names));
-    folder.GetFoldernames("sub", names, "", true);
-    EXPECT_EQ((Names{"sub/deeper", "sub/inner.txt"}), sorted(names));
-
-    // A missing folder adds nothing, and clears unless told to keep.
-    dirAt(temp / "missing").GetFilenames(names, "", true, false);
-    EXPECT_EQ(2u, names.size());
-    dirAt(temp / "missing").GetFilenames(names, "", false, false);
-    EXPECT_TRUE(names.empty());
+        // A missing folder adds nothing, and clears unless told to keep.
+        dirAt(temp / "missing").GetFilenames(names, "", true, false);
+        EXPECT_EQ(2u, names.size());
+        dirAt(temp / "missing").GetFilenames(names, "", false, false);
+        EXPECT_TRUE(names.empty());
+    }
 }

@@ -19,7 +19,7 @@ public:
 
 } // namespace
 
-TEST(ExceptionReport, NamesMessageFileAndLine)
+TEST(ExceptionReport, NamesMessageFileLineAndSections)
 {
     SampleError e("Improbable string length 7", "Stream.cpp", 42);
     EXPECT_EQ(e.GetMessage(), "Improbable string length 7");
@@ -30,39 +30,33 @@ TEST(ExceptionReport, NamesMessageFileAndLine)
     EXPECT_EQ(
         e.Exception::Base::ToString(),
         "Base:\n\tImprobable string length 7\n\tStream.cpp (42): Thrown, GetLastError(): 0\n");
-}
-
-TEST(ExceptionReport, DerivedClassesAppendTheirSection)
-{
-    SampleError e("m");
-    Exception::Base const& base = e;
-    EXPECT_EQ(base.ToString(),
-              "Base:\n\tm\n\t (-1): Thrown, GetLastError(): 0\n\nSampleError:\n\tdetail");
-    EXPECT_STREQ(base.GetTypeName(), "SampleError");
-}
-
-TEST(ExceptionReport, MessageMarkersAreNotFilled)
-{
-    SampleError e("100% sure, %1 stays");
-    EXPECT_EQ(e.Exception::Base::ToString(),
-              "Base:\n\t100% sure, %1 stays\n\t (-1): Thrown, GetLastError(): 0\n");
-}
-
-TEST(ExceptionThrow, CarriesThisSourceFileAndLine)
-{
-    int expectedLine = 0;
-    try
-    {
-        expectedLine = __LINE__ + 1;
-        TV_THROW(SampleError, "thrown here");
+    { // Derived classes append their section.
+        SampleError e("m");
+        Exception::Base const& base = e;
+        EXPECT_EQ(base.ToString(),
+                  "Base:\n\tm\n\t (-1): Thrown, GetLastError(): 0\n\nSampleError:\n\tdetail");
+        EXPECT_STREQ(base.GetTypeName(), "SampleError");
     }
-    catch (Exception::Base const& e)
-    {
-        EXPECT_EQ(e.GetMessage(), "thrown here");
-        EXPECT_EQ(e.GetFile(), __FILE__);
-        EXPECT_EQ(e.GetLine(), expectedLine);
-        EXPECT_TRUE(e.ToString().EndsWith("SampleError:\n\tdetail"));
-        return;
+    { // Message markers are not filled.
+        SampleError e("100% sure, %1 stays");
+        EXPECT_EQ(e.Exception::Base::ToString(),
+                  "Base:\n\t100% sure, %1 stays\n\t (-1): Thrown, GetLastError(): 0\n");
     }
-    FAIL() << "nothing was thrown";
+    { // Carries this source file and line.
+        int expectedLine = 0;
+        try
+        {
+            expectedLine = __LINE__ + 1;
+            TV_THROW(SampleError, "thrown here");
+        }
+        catch (Exception::Base const& e)
+        {
+            EXPECT_EQ(e.GetMessage(), "thrown here");
+            EXPECT_EQ(e.GetFile(), __FILE__);
+            EXPECT_EQ(e.GetLine(), expectedLine);
+            EXPECT_TRUE(e.ToString().EndsWith("SampleError:\n\tdetail"));
+            return;
+        }
+        FAIL() << "nothing was thrown";
+    }
 }

@@ -105,7 +105,7 @@ TEST(PathConstruction, RelativeTextIsFixedAtConstruction)
     EXPECT_EQ(FilePath("/abs").GetInternal(), "/abs");
 }
 
-TEST(PathCanonicalForm, FoldsSeparatorsAndParentSteps)
+TEST(PathCanonicalForm, CanonicalFormComparisonJoiningAndURL)
 {
     using Util::detail::Canonicalize;
     EXPECT_EQ(Canonicalize(String()), "/");
@@ -137,9 +137,43 @@ TEST(PathCanonicalForm, FoldsSeparatorsAndParentSteps)
     EXPECT_EQ(FolderPath("/a/b").ToString(), "/a/b/");
     EXPECT_EQ(FolderPath("/").ToString(), "/");
     EXPECT_EQ(FolderPath("/a/..").ToStringCanonical(), "/");
+    // Ignores case separators and parent steps.
+    EXPECT_TRUE(FilePath("/a/B.TXT") == FilePath("/A/b.txt"));
+    EXPECT_TRUE(FilePath("/a\\b") == FilePath("/a/b"));
+    EXPECT_TRUE(FilePath("/a/x/../b") == FilePath("/a/b"));
+    EXPECT_TRUE(FilePath("/a//b/") == FilePath("/a/b"));
+    EXPECT_FALSE(FilePath("/a/b") == FilePath("/a/c"));
+    EXPECT_TRUE(FilePath("/a/b") != FilePath("/a/c"));
+    EXPECT_TRUE(FolderPath("/Docs") == FolderPath("/docs/"));
+    EXPECT_FALSE(FolderPath("/Docs") == FolderPath("/docs/x"));
+    // "./" stays a step of its own: not the same as its absence.
+    EXPECT_FALSE(FilePath("/a/./b") == FilePath("/a/b"));
+
+    // The order is that of the lowered canonical forms, and consistent with equality.
+    EXPECT_TRUE(FilePath("/a/B") < FilePath("/a/c"));
+    EXPECT_FALSE(FilePath("/a/c") < FilePath("/a/B"));
+    EXPECT_FALSE(FilePath("/a/b") < FilePath("/A/B"));
+    EXPECT_TRUE(FilePath("/a/b") <= FilePath("/A/B"));
+    EXPECT_TRUE(FolderPath("/a/") < FolderPath("/b/"));
+    EXPECT_TRUE(FolderPath("/a/") <= FolderPath("/A"));
+    EXPECT_TRUE(FilePath() == FilePath(""));
+    // File and folder in a folder.
+    FolderPath folder("/a/");
+    FilePath file = folder + "b";
+    EXPECT_EQ(file.GetInternal(), "/a/b");
+    EXPECT_EQ(file.ToString(), "/a/b");
+    FolderPath sub = folder / "b";
+    EXPECT_EQ(sub.GetInternal(), "/a/b/");
+    EXPECT_EQ((sub / "c" + "d.txt").ToString(), "/a/b/c/d.txt");
+    EXPECT_EQ((FolderPath("/a\\") + "x").ToString(), "/a/x");
+    EXPECT_EQ((FolderPath("/a") + "../x").ToString(), "/x");
+    // Escapes bytes outside the safe set.
+    EXPECT_EQ(FilePath("/a b/c.txt").ToURL(), "file:///a%20b/c.txt");
+    EXPECT_EQ(FilePath("/\xC3\xA9t\xC3\xA9/%").ToURL(), "file:///%C3%A9t%C3%A9/%25");
+    EXPECT_EQ(FilePath("/x/a#b?c").ToURL(), "file:///x/a%23b%3Fc");
 }
 
-TEST(PathComponents, NameBaseAndExtension)
+TEST(PathComponents, NameBaseExtensionParentAndTopLevel)
 {
     EXPECT_EQ(FilePath("/a/b.tar.gz").GetFilename(), "b.tar.gz");
     EXPECT_EQ(FilePath("/a/b.tar.gz").GetBaseName(), "b.tar");
@@ -163,35 +197,7 @@ TEST(PathComponents, NameBaseAndExtension)
     EXPECT_TRUE(GetLastComponent("///").IsEmpty());
     EXPECT_EQ(FolderPath("/a/b/").GetBaseName(), "b");
     EXPECT_EQ(FolderPath("/a/b.d/").GetBaseName(), "b");
-}
-
-TEST(PathComponents, ContainingFolder)
-{
-    EXPECT_EQ(FilePath("/x").GetFolder().ToString(), "/");
-    EXPECT_EQ(FilePath("/a/b").GetFolder().ToString(), "/a/");
-    EXPECT_EQ(FilePath("/a/b/").GetFolder().ToString(), "/a/");
-    EXPECT_EQ(FilePath("/a\\b").GetFolder().GetInternal(), "/a/");
-    EXPECT_TRUE(FilePath().GetFolder().IsEmpty());
-
-    using Util::detail::GetFolderText;
-    EXPECT_EQ(GetFolderText("C:/x"), "C:/");
-    EXPECT_EQ(GetFolderText("C:x"), "C:/");
-    EXPECT_EQ(GetFolderText("C:/a/x"), "C:/a");
-    EXPECT_EQ(GetFolderText("name"), ".");
-    EXPECT_EQ(GetFolderText("/x"), "/");
-    EXPECT_TRUE(GetFolderText(String()).IsNull());
-
-    // A drive folder is relative here, so it lands under the current directory.
-    ScopedEnv home("HOME", "C:");
-    FilePath drive("~/x");
-    EXPECT_EQ(drive.GetInternal(), "C:/x");
-    TempFolder temp;
-    ScopedCwd cwd(temp.Path());
-    EXPECT_EQ(drive.GetFolder().GetInternal(), currentDirectory() + "/C:/");
-}
-
-TEST(FolderPathTree, ParentTopLevelAndName)
-{
+    // Parent top level and name.
     EXPECT_TRUE(FolderPath("/").GetParent().IsEmpty());
     EXPECT_TRUE(FolderPath().GetParent().IsEmpty());
     EXPECT_EQ(FolderPath("/a/").GetParent().ToString(), "/");
@@ -221,45 +227,27 @@ TEST(FolderPathTree, ParentTopLevelAndName)
     EXPECT_EQ(walk.ToString(), "/");
 }
 
-TEST(PathComparison, IgnoresCaseSeparatorsAndParentSteps)
+TEST(PathComponents, ContainingFolder)
 {
-    EXPECT_TRUE(FilePath("/a/B.TXT") == FilePath("/A/b.txt"));
-    EXPECT_TRUE(FilePath("/a\\b") == FilePath("/a/b"));
-    EXPECT_TRUE(FilePath("/a/x/../b") == FilePath("/a/b"));
-    EXPECT_TRUE(FilePath("/a//b/") == FilePath("/a/b"));
-    EXPECT_FALSE(FilePath("/a/b") == FilePath("/a/c"));
-    EXPECT_TRUE(FilePath("/a/b") != FilePath("/a/c"));
-    EXPECT_TRUE(FolderPath("/Docs") == FolderPath("/docs/"));
-    EXPECT_FALSE(FolderPath("/Docs") == FolderPath("/docs/x"));
-    // "./" stays a step of its own: not the same as its absence.
-    EXPECT_FALSE(FilePath("/a/./b") == FilePath("/a/b"));
+    EXPECT_EQ(FilePath("/x").GetFolder().ToString(), "/");
+    EXPECT_EQ(FilePath("/a/b").GetFolder().ToString(), "/a/");
+    EXPECT_EQ(FilePath("/a/b/").GetFolder().ToString(), "/a/");
+    EXPECT_EQ(FilePath("/a\\b").GetFolder().GetInternal(), "/a/");
+    EXPECT_TRUE(FilePath().GetFolder().IsEmpty());
 
-    // The order is that of the lowered canonical forms, and consistent with equality.
-    EXPECT_TRUE(FilePath("/a/B") < FilePath("/a/c"));
-    EXPECT_FALSE(FilePath("/a/c") < FilePath("/a/B"));
-    EXPECT_FALSE(FilePath("/a/b") < FilePath("/A/B"));
-    EXPECT_TRUE(FilePath("/a/b") <= FilePath("/A/B"));
-    EXPECT_TRUE(FolderPath("/a/") < FolderPath("/b/"));
-    EXPECT_TRUE(FolderPath("/a/") <= FolderPath("/A"));
-    EXPECT_TRUE(FilePath() == FilePath(""));
-}
+    using Util::detail::GetFolderText;
+    EXPECT_EQ(GetFolderText("C:/x"), "C:/");
+    EXPECT_EQ(GetFolderText("C:x"), "C:/");
+    EXPECT_EQ(GetFolderText("C:/a/x"), "C:/a");
+    EXPECT_EQ(GetFolderText("name"), ".");
+    EXPECT_EQ(GetFolderText("/x"), "/");
+    EXPECT_TRUE(GetFolderText(String()).IsNull());
 
-TEST(PathJoining, FileAndFolderInAFolder)
-{
-    FolderPath folder("/a/");
-    FilePath file = folder + "b";
-    EXPECT_EQ(file.GetInternal(), "/a/b");
-    EXPECT_EQ(file.ToString(), "/a/b");
-    FolderPath sub = folder / "b";
-    EXPECT_EQ(sub.GetInternal(), "/a/b/");
-    EXPECT_EQ((sub / "c" + "d.txt").ToString(), "/a/b/c/d.txt");
-    EXPECT_EQ((FolderPath("/a\\") + "x").ToString(), "/a/x");
-    EXPECT_EQ((FolderPath("/a") + "../x").ToString(), "/x");
-}
-
-TEST(PathURL, EscapesBytesOutsideTheSafeSet)
-{
-    EXPECT_EQ(FilePath("/a b/c.txt").ToURL(), "file:///a%20b/c.txt");
-    EXPECT_EQ(FilePath("/\xC3\xA9t\xC3\xA9/%").ToURL(), "file:///%C3%A9t%C3%A9/%25");
-    EXPECT_EQ(FilePath("/x/a#b?c").ToURL(), "file:///x/a%23b%3Fc");
+    // A drive folder is relative here, so it lands under the current directory.
+    ScopedEnv home("HOME", "C:");
+    FilePath drive("~/x");
+    EXPECT_EQ(drive.GetInternal(), "C:/x");
+    TempFolder temp;
+    ScopedCwd cwd(temp.Path());
+    EXPECT_EQ(drive.GetFolder().GetInternal(), currentDirectory() + "/C:/");
 }

@@ -80,7 +80,7 @@ TEST(FileStreamEncoding, SameBytesAsByteStreamInBothOrders)
     }
 }
 
-TEST(FileStreamEncoding, PositionsAndRawBytes)
+TEST(FileStreamEncoding, PositionsRawBytesAndBufferedSize)
 {
     TempFolder temp;
     FilePath const path(temp.Write("raw.bin", "0123456789").c_str());
@@ -99,93 +99,87 @@ TEST(FileStreamEncoding, PositionsAndRawBytes)
     stream.Write(2, in);
     stream.Close();
     EXPECT_EQ("ab23456789", ReadFile(temp / "raw.bin"));
+    { // Size counts bytes still buffered.
+        TempFolder temp;
+        FileStream stream(FilePath((temp / "grow.bin").c_str()), File::ModeWrite);
+        stream << 1 << 2 << 3;
+        EXPECT_EQ(12u, stream.GetSize());
+        EXPECT_EQ(12u, stream.GetPosition());
+        EXPECT_EQ(0u, stream.GetRemaining());
+        EXPECT_TRUE(stream.AtEnd());
+    }
 }
 
-TEST(FileStreamErrors, OpenAndCloseFailures)
+TEST(FileStreamErrors, EachFailureIsNamed)
 {
     TempFolder temp;
     std::string const missing = temp / "missing.bin";
     EXPECT_EQ(
         String("Can't open file: %1").Arg(missing.c_str()),
         MessageOf<DataStreamIO>([&] { FileStream(FilePath(missing.c_str()), File::ModeRead); }));
-}
+    { // Short primitive read keeps target and position.
+        TempFolder temp;
+        FileStream stream(FilePath(temp.Write("short.bin", "ab").c_str()), File::ModeRead);
+        int value = 42;
+        EXPECT_EQ("Can't extract int: Attempt to read 4 bytes, only read 2 bytes",
+                  MessageOf<DataStreamIO>([&] { stream >> value; }));
+        EXPECT_EQ(42, value);
+        EXPECT_EQ(0u, stream.GetPosition());
+        unsigned char raw[5];
+        EXPECT_EQ("Can't read 5 bytes: Attempt to read 5 bytes, only read 2 bytes",
+                  MessageOf<DataStreamIO>([&] { stream.Read(5, raw); }));
+        EXPECT_EQ(0u, stream.GetPosition());
+    }
+    { // String failures name length or cause.
+        TempFolder temp;
+        String target("x");
 
-TEST(FileStreamErrors, ShortPrimitiveReadKeepsTargetAndPosition)
-{
-    TempFolder temp;
-    FileStream stream(FilePath(temp.Write("short.bin", "ab").c_str()), File::ModeRead);
-    int value = 42;
-    EXPECT_EQ("Can't extract int: Attempt to read 4 bytes, only read 2 bytes",
-              MessageOf<DataStreamIO>([&] { stream >> value; }));
-    EXPECT_EQ(42, value);
-    EXPECT_EQ(0u, stream.GetPosition());
-    unsigned char raw[5];
-    EXPECT_EQ("Can't read 5 bytes: Attempt to read 5 bytes, only read 2 bytes",
-              MessageOf<DataStreamIO>([&] { stream.Read(5, raw); }));
-    EXPECT_EQ(0u, stream.GetPosition());
-}
+        FileStream noLength(FilePath(temp.Write("a.bin", std::string("\x02\x00", 2)).c_str()),
+                            File::ModeRead);
+        EXPECT_EQ("Can't extract string: Attempt to read 4 bytes, only read 2 bytes",
+                  MessageOf<DataStreamIO>([&] { noLength >> target; }));
+        EXPECT_TRUE(target.IsNull());
 
-TEST(FileStreamErrors, StringFailuresNameLengthOrCause)
-{
-    TempFolder temp;
-    String target("x");
+        FileStream shortText(FilePath(temp.Write("b.bin", std::string("\x0A\x00\x00\x00"
+                                                                      "abc",
+                                                                      7))
+                                          .c_str()),
+                             File::ModeRead);
+        EXPECT_EQ("Can't extract string 10: Attempt to read 10 bytes, only read 3 bytes",
+                  MessageOf<DataStreamIO>([&] { shortText >> target; }));
+        EXPECT_EQ(0u, shortText.GetPosition());
 
-    FileStream noLength(FilePath(temp.Write("a.bin", std::string("\x02\x00", 2)).c_str()),
+        FileStream huge(FilePath(temp.Write("c.bin", std::string("\x41\x0D\x03\x00", 4)).c_str()),
                         File::ModeRead);
-    EXPECT_EQ("Can't extract string: Attempt to read 4 bytes, only read 2 bytes",
-              MessageOf<DataStreamIO>([&] { noLength >> target; }));
-    EXPECT_TRUE(target.IsNull());
+        EXPECT_EQ("Improbable string length 200001",
+                  MessageOf<DataStreamIO>([&] { huge >> target; }));
 
-    FileStream shortText(FilePath(temp.Write("b.bin", std::string("\x0A\x00\x00\x00"
-                                                                  "abc",
-                                                                  7))
-                                      .c_str()),
-                         File::ModeRead);
-    EXPECT_EQ("Can't extract string 10: Attempt to read 10 bytes, only read 3 bytes",
-              MessageOf<DataStreamIO>([&] { shortText >> target; }));
-    EXPECT_EQ(0u, shortText.GetPosition());
-
-    FileStream huge(FilePath(temp.Write("c.bin", std::string("\x41\x0D\x03\x00", 4)).c_str()),
-                    File::ModeRead);
-    EXPECT_EQ("Improbable string length 200001", MessageOf<DataStreamIO>([&] { huge >> target; }));
-
-    FileStream vector(FilePath(temp.Write("d.bin", std::string("\x64\x00\x00\x00xy", 6)).c_str()),
-                      File::ModeRead);
-    Bytes bytes{7};
-    EXPECT_EQ("Can't extract 100 bytes: only 2 bytes remain",
-              MessageOf<DataStreamIO>([&] { vector >> bytes; }));
-    EXPECT_EQ((Bytes{7}), bytes);
-    EXPECT_EQ(0u, vector.GetPosition());
-}
-
-TEST(FileStreamErrors, WritesToReadOnlyFileAndClosedSeek)
-{
-    TempFolder temp;
-    FileStream stream(FilePath(temp.Write("ro.bin", "abcd").c_str()), File::ModeRead);
-    EXPECT_EQ("Can't insert int: Attempt to write 4 bytes, only wrote 0 bytes",
-              MessageOf<DataStreamIO>([&] { stream << 5; }));
-    EXPECT_EQ("Can't insert string: Attempt to write 4 bytes, only wrote 0 bytes",
-              MessageOf<DataStreamIO>([&] { stream << String("abc"); }));
-    EXPECT_EQ("Can't insert 2 bytes: Attempt to write 4 bytes, only wrote 0 bytes",
-              MessageOf<DataStreamIO>(
-                  [&] {
-                      stream << Bytes{1, 2};
-                  }));
-    unsigned char const raw[] = {1};
-    EXPECT_EQ("Can't write 1 bytes: Attempt to write 1 bytes, only wrote 0 bytes",
-              MessageOf<DataStreamIO>([&] { stream.Write(1, raw); }));
-    stream.Close();
-    EXPECT_EQ("Can't seek to 3: Attempt to seek to 3 when not open",
-              MessageOf<DataStreamIO>([&] { stream.SetPosition(3); }));
-}
-
-TEST(FileStreamPositions, SizeCountsBytesStillBuffered)
-{
-    TempFolder temp;
-    FileStream stream(FilePath((temp / "grow.bin").c_str()), File::ModeWrite);
-    stream << 1 << 2 << 3;
-    EXPECT_EQ(12u, stream.GetSize());
-    EXPECT_EQ(12u, stream.GetPosition());
-    EXPECT_EQ(0u, stream.GetRemaining());
-    EXPECT_TRUE(stream.AtEnd());
+        FileStream vector(
+            FilePath(temp.Write("d.bin", std::string("\x64\x00\x00\x00xy", 6)).c_str()),
+            File::ModeRead);
+        Bytes bytes{7};
+        EXPECT_EQ("Can't extract 100 bytes: only 2 bytes remain",
+                  MessageOf<DataStreamIO>([&] { vector >> bytes; }));
+        EXPECT_EQ((Bytes{7}), bytes);
+        EXPECT_EQ(0u, vector.GetPosition());
+    }
+    { // Writes to read only file and closed seek.
+        TempFolder temp;
+        FileStream stream(FilePath(temp.Write("ro.bin", "abcd").c_str()), File::ModeRead);
+        EXPECT_EQ("Can't insert int: Attempt to write 4 bytes, only wrote 0 bytes",
+                  MessageOf<DataStreamIO>([&] { stream << 5; }));
+        EXPECT_EQ("Can't insert string: Attempt to write 4 bytes, only wrote 0 bytes",
+                  MessageOf<DataStreamIO>([&] { stream << String("abc"); }));
+        EXPECT_EQ("Can't insert 2 bytes: Attempt to write 4 bytes, only wrote 0 bytes",
+                  MessageOf<DataStreamIO>(
+                      [&] {
+                          stream << Bytes{1, 2};
+                      }));
+        unsigned char const raw[] = {1};
+        EXPECT_EQ("Can't write 1 bytes: Attempt to write 1 bytes, only wrote 0 bytes",
+                  MessageOf<DataStreamIO>([&] { stream.Write(1, raw); }));
+        stream.Close();
+        EXPECT_EQ("Can't seek to 3: Attempt to seek to 3 when not open",
+                  MessageOf<DataStreamIO>([&] { stream.SetPosition(3); }));
+    }
 }

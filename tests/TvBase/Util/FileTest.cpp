@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <sys/stat.h>
 
 using TestSupport::ReadFile;
@@ -34,6 +35,15 @@ template <typename Action>
 FileIO thrownBy(Action action)
 {
     return TestSupport::ThrownBy<FileIO>(action, FileIO("none", FilePath(), -1, 0));
+}
+
+/// What `action` throws as "message|code|errno".
+template <typename Action>
+std::string failure(Action action)
+{
+    FileIO const e = thrownBy(action);
+    return std::string(e.GetMessage().CStr()) + "|" + std::to_string(e.GetCode()) + "|" +
+           std::to_string(e.GetErrorNumber());
 }
 
 } // namespace
@@ -100,7 +110,7 @@ TEST(FileOpen, WriteModesTruncateAppendOrUpdate)
     file.Close();
 }
 
-TEST(FileOpen, AppendCreatesMissingFile)
+TEST(FileOpen, AppendAndCreateOnlyMakeMissingFilesAndReadDoesNot)
 {
     TempFolder temp;
     File file{FilePath((temp / "new.txt").c_str())};
@@ -109,36 +119,25 @@ TEST(FileOpen, AppendCreatesMissingFile)
     write(file, "line\n");
     file.Close();
     EXPECT_EQ("line\n", ReadFile(temp / "new.txt"));
-}
 
-TEST(FileOpen, CreateOnlyFailsOnExistingFile)
-{
-    TempFolder temp;
     std::string const existing = temp.Write("there.txt", "keep");
     File taken{FilePath(existing.c_str())};
-    FileIO const e = thrownBy([&] { taken.Open(File::ModeWrite | File::ModeCreateOnly); });
-    EXPECT_EQ("Error opening file", e.GetMessage());
-    EXPECT_EQ(FileIO::OpenError, e.GetCode());
-    EXPECT_EQ(EEXIST, e.GetErrorNumber());
+    EXPECT_EQ("Error opening file|1|" + std::to_string(EEXIST),
+              failure([&] { taken.Open(File::ModeWrite | File::ModeCreateOnly); }));
+    EXPECT_EQ(1, FileIO::OpenError);
     EXPECT_FALSE(taken.IsOpen());
     EXPECT_EQ("keep", ReadFile(existing));
-
     File fresh{FilePath((temp / "fresh.txt").c_str())};
     fresh.Open(File::ModeWrite | File::ModeCreateOnly);
     EXPECT_TRUE(fresh.IsOpen());
     EXPECT_TRUE(fresh.Exists());
-}
 
-TEST(FileOpen, MissingFileForReadingThrowsWithErrno)
-{
-    TempFolder temp;
-    File file{FilePath((temp / "missing").c_str())};
-    FileIO const e = thrownBy([&] { file.Open(File::ModeRead); });
-    EXPECT_EQ("Error opening file", e.GetMessage());
-    EXPECT_EQ(1, e.GetCode());
-    EXPECT_EQ(ENOENT, e.GetErrorNumber());
-    EXPECT_EQ(FilePath((temp / "missing").c_str()), e.GetPath());
-    EXPECT_FALSE(file.Exists());
+    File missing{FilePath((temp / "missing").c_str())};
+    EXPECT_EQ("Error opening file|1|" + std::to_string(ENOENT),
+              failure([&] { missing.Open(File::ModeRead); }));
+    EXPECT_EQ(FilePath((temp / "missing").c_str()),
+              thrownBy([&] { missing.Open(File::ModeRead); }).GetPath());
+    EXPECT_FALSE(missing.Exists());
 }
 
 TEST(FileOpen, OnlyRegularFilesAreReadAndFifosNeverWaitedOn)
@@ -164,10 +163,9 @@ TEST(FileOpen, OnlyRegularFilesAreReadAndFifosNeverWaitedOn)
     for (Case const& c : cases)
     {
         File file{FilePath(c.path.c_str())};
-        FileIO const e = thrownBy([&] { file.Open(c.mode); });
-        EXPECT_EQ(c.message, e.GetMessage()) << c.path;
-        EXPECT_EQ(1, e.GetCode()) << c.path;
-        EXPECT_EQ(c.error, e.GetErrorNumber()) << c.path;
+        EXPECT_EQ(std::string(c.message) + "|1|" + std::to_string(c.error),
+                  failure([&] { file.Open(c.mode); }))
+            << c.path;
         EXPECT_FALSE(file.IsOpen());
     }
     // A device is still written to.
@@ -176,50 +174,39 @@ TEST(FileOpen, OnlyRegularFilesAreReadAndFifosNeverWaitedOn)
     sink.WriteBlock("x", 1);
 }
 
-TEST(FileIOErrors, ClosedFileOperationsNameTheStep)
-{
-    File file{FilePath("/nonexistent-folder-of-tv-tests/x")};
-    char buffer[4];
-    EXPECT_EQ("Attempt to read 4 bytes when not open",
-              thrownBy([&] { file.ReadBlock(buffer, 4); }).GetMessage());
-    EXPECT_EQ(2, thrownBy([&] { file.ReadBlock(buffer, 4); }).GetCode());
-    EXPECT_EQ("Attempt to write 3 bytes when not open",
-              thrownBy([&] { file.WriteBlock("abc", 3); }).GetMessage());
-    EXPECT_EQ(3, thrownBy([&] { file.WriteBlock("abc", 3); }).GetCode());
-    EXPECT_EQ("Attempt to seek to 5 when not open", thrownBy([&] { file.At(5); }).GetMessage());
-    EXPECT_EQ("Could not get the number of bytes remaining",
-              thrownBy([&] { file.ReadRemaining(); }).GetMessage());
-    EXPECT_FALSE(file.Remaining());
-    EXPECT_FALSE(file.Size());
-    EXPECT_TRUE(file.AtEnd());
-    EXPECT_EQ(0u, file.At());
-    EXPECT_EQ("Error modifying file permissions",
-              thrownBy([&] { file.SetMode(0644); }).GetMessage());
-    Util::FileTime time;
-    EXPECT_EQ("Error getting file time", thrownBy([&] { file.GetTime(&time); }).GetMessage());
-    EXPECT_EQ("Error setting file time", thrownBy([&] { file.SetTime(time); }).GetMessage());
-}
-
-TEST(FileIOErrors, ShortReadReportsWhatWasRead)
+TEST(FileIOErrors, EachFailureNamesTheStepAndSize)
 {
     TempFolder temp;
-    File file{FilePath(temp.Write("short", "abc").c_str())};
-    file.Open(File::ModeRead);
+    File closed{FilePath("/nonexistent-folder-of-tv-tests/x")};
+    File reader{FilePath(temp.Write("short", "abc").c_str())};
+    reader.Open(File::ModeRead);
     char buffer[10];
-    FileIO const e = thrownBy([&] { file.ReadBlock(buffer, 10); });
-    EXPECT_EQ("Attempt to read 10 bytes, only read 3 bytes", e.GetMessage());
-    EXPECT_EQ(FileIO::ReadError, e.GetCode());
-    EXPECT_TRUE(file.AtEnd());
-}
-
-TEST(FileIOErrors, WriteToReadOnlyStreamReportsShortWrite)
-{
-    TempFolder temp;
-    File file{FilePath(temp.Write("ro", "abc").c_str())};
-    file.Open(File::ModeRead);
-    FileIO const e = thrownBy([&] { file.WriteBlock("xyz", 3); });
-    EXPECT_EQ("Attempt to write 3 bytes, only wrote 0 bytes", e.GetMessage());
-    EXPECT_EQ(FileIO::WriteError, e.GetCode());
+    Util::FileTime time;
+    EXPECT_EQ(2, FileIO::ReadError);
+    EXPECT_EQ(3, FileIO::WriteError);
+    struct Case
+    {
+        std::function<void()> action;
+        char const* expected;
+    } const cases[] = {
+        {[&] { closed.ReadBlock(buffer, 4); }, "Attempt to read 4 bytes when not open|2|0"},
+        {[&] { closed.WriteBlock("abc", 3); }, "Attempt to write 3 bytes when not open|3|0"},
+        {[&] { closed.At(5); }, "Attempt to seek to 5 when not open|7|0"},
+        {[&] { closed.ReadRemaining(); }, "Could not get the number of bytes remaining|2|0"},
+        {[&] { closed.SetMode(0644); }, "Error modifying file permissions|7|2"},
+        {[&] { closed.GetTime(&time); }, "Error getting file time|7|2"},
+        {[&] { closed.SetTime(time); }, "Error setting file time|7|2"},
+        // A short read reports what was read; a read-only stream takes no writes.
+        {[&] { reader.ReadBlock(buffer, 10); }, "Attempt to read 10 bytes, only read 3 bytes|2|0"},
+        {[&] { reader.WriteBlock("xyz", 3); }, "Attempt to write 3 bytes, only wrote 0 bytes|3|9"},
+    };
+    for (Case const& c : cases)
+        EXPECT_EQ(c.expected, failure(c.action));
+    EXPECT_TRUE(reader.AtEnd());
+    EXPECT_FALSE(closed.Remaining());
+    EXPECT_FALSE(closed.Size());
+    EXPECT_TRUE(closed.AtEnd());
+    EXPECT_EQ(0u, closed.At());
 }
 
 TEST(FileSize, SizeRemainingAndPosition)
@@ -246,10 +233,7 @@ TEST(FileRemove, MustSucceedDecidesWhetherFailureThrows)
     TempFolder temp;
     File missing{FilePath((temp / "missing").c_str())};
     EXPECT_NO_THROW(missing.Remove(false));
-    FileIO const e = thrownBy([&] { missing.Remove(true); });
-    EXPECT_EQ("Remove failed", e.GetMessage());
-    EXPECT_EQ(5, e.GetCode());
-    EXPECT_EQ(ENOENT, e.GetErrorNumber());
+    EXPECT_EQ("Remove failed|5|" + std::to_string(ENOENT), failure([&] { missing.Remove(true); }));
 
     File open{FilePath(temp.Write("open", "x").c_str())};
     open.Open(File::ModeRead);
@@ -270,9 +254,8 @@ TEST(FileRename, ReplacesExistingTargetAndReportsFailure)
     File::Rename(to, FilePath((temp / "moved").c_str()));
     EXPECT_EQ("new", ReadFile(temp / "moved"));
 
-    FileIO const e = thrownBy([&] { File::Rename(from, to); });
-    EXPECT_EQ("Rename failed", e.GetMessage());
-    EXPECT_EQ(6, e.GetCode());
+    EXPECT_EQ("Rename failed|6|" + std::to_string(ENOENT),
+              failure([&] { File::Rename(from, to); }));
 }
 
 TEST(FileCopy, CopiesDataModeAndTimes)
@@ -295,15 +278,19 @@ TEST(FileCopy, CopiesDataModeAndTimes)
     Util::FileTime copied;
     File(to).GetTime(&copied);
     EXPECT_EQ(time.modified, copied.modified);
+    // Times round-trip to the nanosecond.
+    time.accessed = 1234567890LL * 1000000000LL + 5;
+    time.modified = 1234567899LL * 1000000000LL + 987654321;
+    source.SetTime(time);
+    source.GetTime(&copied);
+    EXPECT_EQ(time, copied);
 
     // Replacing is fine; the exclusive copy refuses an existing target.
     temp.Write("from", "second");
     File::Copy(from, to, File::CopyReplace);
     EXPECT_EQ("second", ReadFile(temp / "to"));
-    FileIO const e = thrownBy([&] { File::Copy(from, to, File::CopyExclusive); });
-    EXPECT_EQ("CopyFile failed", e.GetMessage());
-    EXPECT_EQ(6, e.GetCode());
-    EXPECT_EQ(EEXIST, e.GetErrorNumber());
+    EXPECT_EQ("CopyFile failed|6|" + std::to_string(EEXIST),
+              failure([&] { File::Copy(from, to, File::CopyExclusive); }));
 
     // An unknown type does nothing at all.
     FilePath const other((temp / "other").c_str());
@@ -315,19 +302,6 @@ TEST(FileCopy, CopiesDataModeAndTimes)
         thrownBy([&]
                  { File::Copy(FilePath((temp / "nothing").c_str()), other, File::CopyReplace); })
             .GetMessage());
-}
-
-TEST(FileTimes, SetTimeRoundTripsNanoseconds)
-{
-    TempFolder temp;
-    File file{FilePath(temp.Write("t", "x").c_str())};
-    Util::FileTime time;
-    time.accessed = 1234567890LL * 1000000000LL + 5;
-    time.modified = 1234567899LL * 1000000000LL + 987654321;
-    file.SetTime(time);
-    Util::FileTime read;
-    file.GetTime(&read);
-    EXPECT_EQ(time, read);
 }
 
 TEST(FileRecycle, MovesFileIntoTrashWithRecord)

@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-TEST(IPPBlocks, CopyMoveSetAndZeroWorkInElements)
+TEST(IPPBlocks, WorkInElementsRoundSaturateAndAlign)
 {
     std::vector<int> source = {1, 2, 3, 4, 5};
     std::vector<int> destination(5, 0);
@@ -28,60 +28,56 @@ TEST(IPPBlocks, CopyMoveSetAndZeroWorkInElements)
     // A count of zero touches nothing, even through null pointers.
     IPP::Copy(0u, static_cast<short const*>(nullptr), static_cast<short*>(nullptr));
     IPP::Zero(0u, static_cast<float*>(nullptr));
-}
+    { // Convert rounds and saturates.
+        float const floats[] = {1.4f,     1.5f,      -1.5f,
+                                40000.0f, -40000.0f, std::numeric_limits<float>::quiet_NaN()};
+        short shorts[6];
+        IPP::Convert(6u, floats, shorts);
+        EXPECT_EQ(1, shorts[0]);
+        EXPECT_EQ(2, shorts[1]);
+        EXPECT_EQ(-2, shorts[2]);
+        EXPECT_EQ(32767, shorts[3]);
+        EXPECT_EQ(-32768, shorts[4]);
+        EXPECT_EQ(0, shorts[5]);
 
-TEST(IPPBlocks, ConvertRoundsAndSaturates)
-{
-    float const floats[] = {1.4f,     1.5f,      -1.5f,
-                            40000.0f, -40000.0f, std::numeric_limits<float>::quiet_NaN()};
-    short shorts[6];
-    IPP::Convert(6u, floats, shorts);
-    EXPECT_EQ(1, shorts[0]);
-    EXPECT_EQ(2, shorts[1]);
-    EXPECT_EQ(-2, shorts[2]);
-    EXPECT_EQ(32767, shorts[3]);
-    EXPECT_EQ(-32768, shorts[4]);
-    EXPECT_EQ(0, shorts[5]);
+        int const ints[] = {-5, 300, 77};
+        unsigned char bytes[3];
+        IPP::Convert(3u, ints, bytes);
+        EXPECT_EQ(0, bytes[0]);
+        EXPECT_EQ(255, bytes[1]);
+        EXPECT_EQ(77, bytes[2]);
 
-    int const ints[] = {-5, 300, 77};
-    unsigned char bytes[3];
-    IPP::Convert(3u, ints, bytes);
-    EXPECT_EQ(0, bytes[0]);
-    EXPECT_EQ(255, bytes[1]);
-    EXPECT_EQ(77, bytes[2]);
+        unsigned int const big[] = {0xFFFFFFFFu};
+        int clamped[1];
+        IPP::Convert(1u, big, clamped);
+        EXPECT_EQ(std::numeric_limits<int>::max(), clamped[0]);
 
-    unsigned int const big[] = {0xFFFFFFFFu};
-    int clamped[1];
-    IPP::Convert(1u, big, clamped);
-    EXPECT_EQ(std::numeric_limits<int>::max(), clamped[0]);
-
-    short const small[] = {-3, 12};
-    double widened[2];
-    IPP::Convert(2u, small, widened);
-    EXPECT_EQ(-3.0, widened[0]);
-    EXPECT_EQ(12.0, widened[1]);
-}
-
-TEST(IPPMemory, BlocksAreAlignedAndNeverNull)
-{
-    float* const floats = IPP::Malloc_Float(33);
-    unsigned char* const bytes = IPP::Malloc_Byte(0);
-    short* const shorts = IPP::Malloc_Int16(7);
-    double* const doubles = IPP::Malloc_Double(3);
-    ASSERT_NE(nullptr, floats);
-    ASSERT_NE(nullptr, bytes);
-    EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(floats) % 64);
-    EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(shorts) % 64);
-    EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(doubles) % 64);
-    IPP::Set(33u, 0.5f, floats);
-    EXPECT_EQ(0.5f, floats[32]);
-    IPP::Free(floats);
-    IPP::Free(bytes);
-    IPP::Free(shorts);
-    IPP::Free(doubles);
-    IPP::Free(nullptr);
-    EXPECT_EQ(0, IPP::GetIppInitStatus());
-    EXPECT_TRUE(IPP::DidIppInitSucceed());
+        short const small[] = {-3, 12};
+        double widened[2];
+        IPP::Convert(2u, small, widened);
+        EXPECT_EQ(-3.0, widened[0]);
+        EXPECT_EQ(12.0, widened[1]);
+    }
+    { // Blocks are aligned and never null.
+        float* const floats = IPP::Malloc_Float(33);
+        unsigned char* const bytes = IPP::Malloc_Byte(0);
+        short* const shorts = IPP::Malloc_Int16(7);
+        double* const doubles = IPP::Malloc_Double(3);
+        ASSERT_NE(nullptr, floats);
+        ASSERT_NE(nullptr, bytes);
+        EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(floats) % 64);
+        EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(shorts) % 64);
+        EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(doubles) % 64);
+        IPP::Set(33u, 0.5f, floats);
+        EXPECT_EQ(0.5f, floats[32]);
+        IPP::Free(floats);
+        IPP::Free(bytes);
+        IPP::Free(shorts);
+        IPP::Free(doubles);
+        IPP::Free(nullptr);
+        EXPECT_EQ(0, IPP::GetIppInitStatus());
+        EXPECT_TRUE(IPP::DidIppInitSucceed());
+    }
 }
 
 TEST(IPPImages, OperateInsideTheRectangleOnly)

@@ -65,7 +65,7 @@ private:
 
 } // namespace
 
-TEST(LaunchURL, HandsTheTextOverAsOneArgumentWithoutAShell)
+TEST(LaunchURL, HandsTheTextOverAsOneArgumentOrRefuses)
 {
     StandInOpener opener;
     std::string const tricky = "/tmp/My \"Files\"; rm -rf ~ $(id) `id` 'x'.txt";
@@ -74,36 +74,30 @@ TEST(LaunchURL, HandsTheTextOverAsOneArgumentWithoutAShell)
 
     ASSERT_TRUE(Util::LaunchURL("https://example.invalid/a b?q=\"x\";y", false));
     EXPECT_EQ("1\nhttps://example.invalid/a%20b?q=\"x\";y\n", opener.NextCall());
-}
+    { // Falls back to gio without the desktop opener.
+        StandInOpener opener("gio", true);
+        ASSERT_TRUE(Util::LaunchURL("https://example.invalid/a b", false));
+        EXPECT_EQ("2\nopen\nhttps://example.invalid/a%20b\n", opener.NextCall());
+    }
+    { // File paths keep their spaces and never look like options.
+        StandInOpener opener;
+        ASSERT_TRUE(Util::LaunchURL("/tmp/two words.pdf", true));
+        EXPECT_EQ("1\n/tmp/two words.pdf\n", opener.NextCall());
+        ASSERT_TRUE(Util::LaunchURL("--help", true));
+        EXPECT_EQ("1\n./--help\n", opener.NextCall());
+    }
+    { // Refuses what it cannot open.
+        StandInOpener opener;
+        EXPECT_FALSE(Util::LaunchURL("", false));
+        EXPECT_FALSE(Util::LaunchURL(String(), true));
+        EXPECT_FALSE(Util::LaunchURL("--version", false));
 
-TEST(LaunchURL, FallsBackToGioWithoutTheDesktopOpener)
-{
-    StandInOpener opener("gio", true);
-    ASSERT_TRUE(Util::LaunchURL("https://example.invalid/a b", false));
-    EXPECT_EQ("2\nopen\nhttps://example.invalid/a%20b\n", opener.NextCall());
-}
-
-TEST(LaunchURL, FilePathsKeepTheirSpacesAndNeverLookLikeOptions)
-{
-    StandInOpener opener;
-    ASSERT_TRUE(Util::LaunchURL("/tmp/two words.pdf", true));
-    EXPECT_EQ("1\n/tmp/two words.pdf\n", opener.NextCall());
-    ASSERT_TRUE(Util::LaunchURL("--help", true));
-    EXPECT_EQ("1\n./--help\n", opener.NextCall());
-}
-
-TEST(LaunchURL, RefusesWhatItCannotOpen)
-{
-    StandInOpener opener;
-    EXPECT_FALSE(Util::LaunchURL("", false));
-    EXPECT_FALSE(Util::LaunchURL(String(), true));
-    EXPECT_FALSE(Util::LaunchURL("--version", false));
-
-    // Without any opener on PATH.
-    char const* path = std::getenv("PATH");
-    std::string const saved = path ? path : "";
-    TestSupport::TempFolder empty("tv-noopener");
-    setenv("PATH", empty.Path().c_str(), 1);
-    EXPECT_FALSE(Util::LaunchURL("https://example.invalid/", false));
-    setenv("PATH", saved.c_str(), 1);
+        // Without any opener on PATH.
+        char const* path = std::getenv("PATH");
+        std::string const saved = path ? path : "";
+        TestSupport::TempFolder empty("tv-noopener");
+        setenv("PATH", empty.Path().c_str(), 1);
+        EXPECT_FALSE(Util::LaunchURL("https://example.invalid/", false));
+        setenv("PATH", saved.c_str(), 1);
+    }
 }

@@ -14,7 +14,7 @@ bool before(char const* a, char const* b)
 }
 } // namespace
 
-TEST(NaturalStrCmp, NumbersCompareByValue)
+TEST(NaturalStrCmp, NumbersByValueOtherRunsByByte)
 {
     EXPECT_TRUE(before("a2", "a10"));
     EXPECT_FALSE(before("a10", "a2"));
@@ -24,10 +24,7 @@ TEST(NaturalStrCmp, NumbersCompareByValue)
     // Long runs are compared digit by digit, never through a machine number.
     EXPECT_TRUE(before("123456789012345678901", "123456789012345678902"));
     EXPECT_TRUE(before("99999999999999999999", "100000000000000000000"));
-}
-
-TEST(NaturalStrCmp, LeadingZerosCountOnlyBetweenEqualValues)
-{
+    // Leading zeros count only between equal values.
     EXPECT_TRUE(before("a2", "a02"));
     EXPECT_FALSE(before("a02", "a2"));
     EXPECT_TRUE(before("a02", "a3"));
@@ -35,18 +32,12 @@ TEST(NaturalStrCmp, LeadingZerosCountOnlyBetweenEqualValues)
     // The zeros decide before what follows them.
     EXPECT_TRUE(before("a7c", "a07b"));
     EXPECT_FALSE(before("a007b", "a7c"));
-}
-
-TEST(NaturalStrCmp, DigitsComeBeforeOtherBytes)
-{
+    // Digits come before other bytes.
     EXPECT_TRUE(before("1", "a"));
     EXPECT_FALSE(before("a", "1"));
     EXPECT_TRUE(before("x1", "xa"));
     EXPECT_TRUE(before("9", "!"));
-}
-
-TEST(NaturalStrCmp, OtherRunsCompareByteByByteWithCase)
-{
+    // Other runs compare byte by byte with case.
     EXPECT_TRUE(before("a", "a1"));
     EXPECT_TRUE(before("a", "b"));
     EXPECT_TRUE(before("B", "a"));
@@ -54,10 +45,7 @@ TEST(NaturalStrCmp, OtherRunsCompareByteByByteWithCase)
     EXPECT_TRUE(before("abc1", "abd0"));
     // Bytes above 127 sort after ASCII.
     EXPECT_TRUE(before("z", "\xC3\xA9"));
-}
-
-TEST(NaturalStrCmp, EqualTextsAreNotLess)
-{
+    // Equal texts are not less.
     EXPECT_FALSE(before("a10", "a10"));
     EXPECT_FALSE(before("", ""));
     EXPECT_FALSE(Util::NaturalStrCmp()(String(), String("")));
@@ -65,7 +53,7 @@ TEST(NaturalStrCmp, EqualTextsAreNotLess)
     EXPECT_FALSE(before("a", ""));
 }
 
-TEST(NaturalStrCmp, SortsAFolderListing)
+TEST(NaturalStrCmp, SortsAFolderListingByChunksOfOneClass)
 {
     std::vector<String> names = {"img12.png", "img10.png", "IMG3.png", "img2.png",
                                  "img1.png",  "img02.png", "img.png",  "img1a.png"};
@@ -74,6 +62,14 @@ TEST(NaturalStrCmp, SortsAFolderListing)
     EXPECT_EQ(std::vector<String>({"IMG3.png", "img1.png", "img1a.png", "img2.png", "img02.png",
                                    "img10.png", "img12.png", "img.png"}),
               names);
+    // Chunks are runs of one class.
+    bool digits = false;
+    EXPECT_EQ(3u, Util::detail::classifyChunk("007abc", 6, 0, digits));
+    EXPECT_TRUE(digits);
+    EXPECT_EQ(6u, Util::detail::classifyChunk("007abc", 6, 3, digits));
+    EXPECT_FALSE(digits);
+    EXPECT_EQ(2u, Util::detail::classifyChunk("a.9", 3, 0, digits));
+    EXPECT_FALSE(digits);
 }
 
 TEST(NaturalStrCmp, IsAStrictOrderOverMixedTexts)
@@ -111,15 +107,4 @@ TEST(NaturalStrCmp, IsAStrictOrderOverMixedTexts)
             }
         }
     }
-}
-
-TEST(NaturalStrCmp, ChunksAreRunsOfOneClass)
-{
-    bool digits = false;
-    EXPECT_EQ(3u, Util::detail::classifyChunk("007abc", 6, 0, digits));
-    EXPECT_TRUE(digits);
-    EXPECT_EQ(6u, Util::detail::classifyChunk("007abc", 6, 3, digits));
-    EXPECT_FALSE(digits);
-    EXPECT_EQ(2u, Util::detail::classifyChunk("a.9", 3, 0, digits));
-    EXPECT_FALSE(digits);
 }

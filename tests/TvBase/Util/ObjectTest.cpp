@@ -38,7 +38,7 @@ public:
 
 } // namespace
 
-TEST(ObjectAutoDelete, OwnerDeletesItsChildrenInOrderOfAdding)
+TEST(ObjectAutoDelete, OwnerDeletesItsChildrenOnceInOrderOfAdding)
 {
     Log log;
     Noted* owner = new Noted(log, "owner");
@@ -55,39 +55,35 @@ TEST(ObjectAutoDelete, OwnerDeletesItsChildrenInOrderOfAdding)
     delete owner;
     // The owner's own destructor body runs first; its children die in the base destructor.
     EXPECT_EQ(log, (Log{"~owner", "~a", "~b", "~c"}));
+    { // Adding twice or nothing changes nothing.
+        Log log;
+        Noted owner(log, "owner");
+        Noted* child = new Noted(log, "child");
+        owner.AddAutoDelete(child);
+        owner.AddAutoDelete(child);
+        owner.AddAutoDelete(nullptr);
+        owner.AddAutoDelete(&owner);
+        ASSERT_EQ(owner.GetAutoDeleteList().size(), 1u);
+        EXPECT_EQ(owner.GetAutoDeleteList()[0], child);
+        EXPECT_EQ(owner.GetOwner(), nullptr);
+    }
+    { // Child belongs to its first owner only.
+        Log log;
+        Noted* first = new Noted(log, "first");
+        Noted* second = new Noted(log, "second");
+        Noted* child = new Noted(log, "child");
+        first->AddAutoDelete(child);
+        second->AddAutoDelete(child);
+        EXPECT_EQ(child->GetOwner(), first);
+        EXPECT_TRUE(second->GetAutoDeleteList().empty());
+        delete second;
+        EXPECT_EQ(log, (Log{"~second"}));
+        delete first;
+        EXPECT_EQ(log, (Log{"~second", "~first", "~child"}));
+    }
 }
 
-TEST(ObjectAutoDelete, AddingTwiceOrNothingChangesNothing)
-{
-    Log log;
-    Noted owner(log, "owner");
-    Noted* child = new Noted(log, "child");
-    owner.AddAutoDelete(child);
-    owner.AddAutoDelete(child);
-    owner.AddAutoDelete(nullptr);
-    owner.AddAutoDelete(&owner);
-    ASSERT_EQ(owner.GetAutoDeleteList().size(), 1u);
-    EXPECT_EQ(owner.GetAutoDeleteList()[0], child);
-    EXPECT_EQ(owner.GetOwner(), nullptr);
-}
-
-TEST(ObjectAutoDelete, ChildBelongsToItsFirstOwnerOnly)
-{
-    Log log;
-    Noted* first = new Noted(log, "first");
-    Noted* second = new Noted(log, "second");
-    Noted* child = new Noted(log, "child");
-    first->AddAutoDelete(child);
-    second->AddAutoDelete(child);
-    EXPECT_EQ(child->GetOwner(), first);
-    EXPECT_TRUE(second->GetAutoDeleteList().empty());
-    delete second;
-    EXPECT_EQ(log, (Log{"~second"}));
-    delete first;
-    EXPECT_EQ(log, (Log{"~second", "~first", "~child"}));
-}
-
-TEST(ObjectAutoDelete, ChildThatDiesFirstLeavesAHoleAndIsDeletedOnce)
+TEST(ObjectAutoDelete, ChildrenDyingFirstChainsAndHandOvers)
 {
     Log log;
     Noted* owner = new Noted(log, "owner");
@@ -102,51 +98,45 @@ TEST(ObjectAutoDelete, ChildThatDiesFirstLeavesAHoleAndIsDeletedOnce)
     EXPECT_EQ(owner->GetAutoDeleteList()[1], b);
     delete owner;
     EXPECT_EQ(log, (Log{"~a", "~owner", "~b"}));
-}
-
-TEST(ObjectAutoDelete, OwnershipChainsDieFromTheTop)
-{
-    Log log;
-    Noted* root = new Noted(log, "root");
-    Noted* mid = new Noted(log, "mid");
-    Noted* leaf = new Noted(log, "leaf");
-    Noted* sibling = new Noted(log, "sibling");
-    root->AddAutoDelete(mid);
-    mid->AddAutoDelete(leaf);
-    root->AddAutoDelete(sibling);
-    delete root;
-    EXPECT_EQ(log, (Log{"~root", "~mid", "~leaf", "~sibling"}));
-}
-
-TEST(ObjectAutoDelete, ObjectHandedOverDuringTheWalkIsDeletedToo)
-{
-    Log log;
-    Noted* owner = new Noted(log, "owner");
-    Noted* extra = new Noted(log, "extra");
-    owner->AddAutoDelete(new Handover(log, "handover", owner, extra));
-    owner->AddAutoDelete(new Noted(log, "last"));
-    delete owner;
-    // The list is read again on every round, so the object added by a dying child is found.
-    EXPECT_EQ(log, (Log{"~owner", "~handover", "~last", "~extra"}));
-}
-
-TEST(ObjectAutoDelete, DestructingFlagIsSetWhileChildrenDie)
-{
-    Log log;
-    struct Watcher : Noted
-    {
-        Watcher(Log& log, Object* owner) : Noted(log, "watcher"), watched(owner) {}
-        ~Watcher() override
+    { // Ownership chains die from the top.
+        Log log;
+        Noted* root = new Noted(log, "root");
+        Noted* mid = new Noted(log, "mid");
+        Noted* leaf = new Noted(log, "leaf");
+        Noted* sibling = new Noted(log, "sibling");
+        root->AddAutoDelete(mid);
+        mid->AddAutoDelete(leaf);
+        root->AddAutoDelete(sibling);
+        delete root;
+        EXPECT_EQ(log, (Log{"~root", "~mid", "~leaf", "~sibling"}));
+    }
+    { // Object handed over during the walk is deleted too.
+        Log log;
+        Noted* owner = new Noted(log, "owner");
+        Noted* extra = new Noted(log, "extra");
+        owner->AddAutoDelete(new Handover(log, "handover", owner, extra));
+        owner->AddAutoDelete(new Noted(log, "last"));
+        delete owner;
+        // The list is read again on every round, so the object added by a dying child is found.
+        EXPECT_EQ(log, (Log{"~owner", "~handover", "~last", "~extra"}));
+    }
+    { // Destructing flag is set while children die.
+        Log log;
+        struct Watcher : Noted
         {
-            log.push_back(watched->IsDestructing() ? "owner destructing" : "owner alive");
-        }
-        Object* watched;
-    };
-    Object* owner = new Object("owner");
-    EXPECT_FALSE(owner->IsDestructing());
-    owner->AddAutoDelete(new Watcher(log, owner));
-    delete owner;
-    EXPECT_EQ(log, (Log{"owner destructing", "~watcher"}));
+            Watcher(Log& log, Object* owner) : Noted(log, "watcher"), watched(owner) {}
+            ~Watcher() override
+            {
+                log.push_back(watched->IsDestructing() ? "owner destructing" : "owner alive");
+            }
+            Object* watched;
+        };
+        Object* owner = new Object("owner");
+        EXPECT_FALSE(owner->IsDestructing());
+        owner->AddAutoDelete(new Watcher(log, owner));
+        delete owner;
+        EXPECT_EQ(log, (Log{"owner destructing", "~watcher"}));
+    }
 }
 
 TEST(ObjectLifetime, SlotsTargetingAnObjectDieWithIt)

@@ -23,7 +23,7 @@ public:
 
 } // namespace
 
-TEST(PropertyCreate, StoresTheDefaultAsBothValues)
+TEST(PropertyCreate, StoresTheDefaultAsBothValuesOnceAName)
 {
     Util::PropertyHolder holder;
     Util::Property<int> width = holder.CreateProperty("Width", 12);
@@ -39,48 +39,43 @@ TEST(PropertyCreate, StoresTheDefaultAsBothValues)
     EXPECT_FALSE(record->semanticType.IsPresent());
     EXPECT_FALSE(record->requiredValueType.IsPresent());
     EXPECT_EQ(&record->Changed(), holder.GetPropertyChangedSignal("Width"));
+    { // Taken name gives a null handle and keeps the first.
+        Util::PropertyHolder holder;
+        holder.CreateProperty("Color", 0xFF000000u);
+        Util::Property<float> again = holder.CreateProperty("Color", 1.0f);
+        EXPECT_FALSE(again);
+        EXPECT_TRUE(again.IsNull());
+        EXPECT_FALSE(again.Get().IsPresent());
+        EXPECT_FALSE(again.Set(2.0f));
+        EXPECT_EQ(holder.GetProperty<unsigned int>("Color"),
+                  checked_value<unsigned int>(0xFF000000u));
+        EXPECT_EQ(holder.GetProperties().size(), 1u);
+    }
+    { // Text properties are strings.
+        Util::PropertyHolder holder;
+        // A literal is stored as `String`, the system's text type.
+        Util::Property<String> tip = holder.CreateProperty("ToolTip", "");
+        ASSERT_TRUE(tip);
+        EXPECT_TRUE(holder.SetProperty("ToolTip", "hello"));
+        EXPECT_EQ(holder.GetProperty<String>("ToolTip").GetOr("?"), "hello");
+
+        Util::Property<String> key = holder.CreateProperty("Key", "KeyPath", String("a.b"));
+        ASSERT_TRUE(key);
+        EXPECT_EQ(key.GetPropertyValue()->semanticType, checked_value<String>("KeyPath"));
+        EXPECT_EQ(key.Get().GetOr(""), "a.b");
+        EXPECT_FALSE(holder.CreateProperty<String>("Key", "CommandID", "other"));
+    }
+    { // Required value type is the mangled name.
+        Util::PropertyHolder holder;
+        holder.CreateProperty("KeyPath", String());
+        EXPECT_TRUE(holder.SetPropertyRequiredValueType<Controller::BoolParam*>("KeyPath"));
+        EXPECT_EQ(holder.FindProperty("KeyPath")->requiredValueType,
+                  checked_value<String>("PN10Controller9BoolParamE"));
+        EXPECT_FALSE(holder.SetPropertyRequiredValueType<int>("Missing"));
+    }
 }
 
-TEST(PropertyCreate, TakenNameGivesANullHandleAndKeepsTheFirst)
-{
-    Util::PropertyHolder holder;
-    holder.CreateProperty("Color", 0xFF000000u);
-    Util::Property<float> again = holder.CreateProperty("Color", 1.0f);
-    EXPECT_FALSE(again);
-    EXPECT_TRUE(again.IsNull());
-    EXPECT_FALSE(again.Get().IsPresent());
-    EXPECT_FALSE(again.Set(2.0f));
-    EXPECT_EQ(holder.GetProperty<unsigned int>("Color"), checked_value<unsigned int>(0xFF000000u));
-    EXPECT_EQ(holder.GetProperties().size(), 1u);
-}
-
-TEST(PropertyCreate, TextPropertiesAreStrings)
-{
-    Util::PropertyHolder holder;
-    // A literal is stored as `String`, the system's text type.
-    Util::Property<String> tip = holder.CreateProperty("ToolTip", "");
-    ASSERT_TRUE(tip);
-    EXPECT_TRUE(holder.SetProperty("ToolTip", "hello"));
-    EXPECT_EQ(holder.GetProperty<String>("ToolTip").GetOr("?"), "hello");
-
-    Util::Property<String> key = holder.CreateProperty("Key", "KeyPath", String("a.b"));
-    ASSERT_TRUE(key);
-    EXPECT_EQ(key.GetPropertyValue()->semanticType, checked_value<String>("KeyPath"));
-    EXPECT_EQ(key.Get().GetOr(""), "a.b");
-    EXPECT_FALSE(holder.CreateProperty<String>("Key", "CommandID", "other"));
-}
-
-TEST(PropertyCreate, RequiredValueTypeIsTheMangledName)
-{
-    Util::PropertyHolder holder;
-    holder.CreateProperty("KeyPath", String());
-    EXPECT_TRUE(holder.SetPropertyRequiredValueType<Controller::BoolParam*>("KeyPath"));
-    EXPECT_EQ(holder.FindProperty("KeyPath")->requiredValueType,
-              checked_value<String>("PN10Controller9BoolParamE"));
-    EXPECT_FALSE(holder.SetPropertyRequiredValueType<int>("Missing"));
-}
-
-TEST(PropertySet, WritesOnlyItsOwnTypeAndSignals)
+TEST(PropertySet, WritesOnlyItsOwnTypeAndSignalsByName)
 {
     Util::PropertyHolder holder;
     Util::Property<int> margin = holder.CreateProperty("Margin", 3);
@@ -107,20 +102,18 @@ TEST(PropertySet, WritesOnlyItsOwnTypeAndSignals)
 
     // The layout value is untouched by code.
     EXPECT_EQ(margin.GetSerialized(), checked_value<int>(3));
-}
-
-TEST(PropertySet, ChangeSignalIsReachableByName)
-{
-    Util::PropertyHolder holder;
-    holder.CreateProperty("Origin", UI::Point(1, 2));
-    ChangeCounter counter;
-    Signal<>* changed = holder.GetPropertyChangedSignal("Origin");
-    ASSERT_NE(changed, nullptr);
-    changed->Connect(&ChangeCounter::slotChanged, &counter);
-    EXPECT_TRUE(holder.SetProperty("Origin", UI::Point(3, 4)));
-    EXPECT_EQ(counter.count, 1);
-    EXPECT_EQ(holder.GetProperty<UI::Point>("Origin").GetOr(UI::Point()), UI::Point(3, 4));
-    EXPECT_EQ(holder.GetPropertyChangedSignal("Nothing"), nullptr);
+    { // Change signal is reachable by name.
+        Util::PropertyHolder holder;
+        holder.CreateProperty("Origin", UI::Point(1, 2));
+        ChangeCounter counter;
+        Signal<>* changed = holder.GetPropertyChangedSignal("Origin");
+        ASSERT_NE(changed, nullptr);
+        changed->Connect(&ChangeCounter::slotChanged, &counter);
+        EXPECT_TRUE(holder.SetProperty("Origin", UI::Point(3, 4)));
+        EXPECT_EQ(counter.count, 1);
+        EXPECT_EQ(holder.GetProperty<UI::Point>("Origin").GetOr(UI::Point()), UI::Point(3, 4));
+        EXPECT_EQ(holder.GetPropertyChangedSignal("Nothing"), nullptr);
+    }
 }
 
 TEST(PropertySerialized, LayoutValueFollowsUntilCodeTakesOver)
@@ -143,26 +136,22 @@ TEST(PropertySerialized, LayoutValueFollowsUntilCodeTakesOver)
     EXPECT_EQ(color.GetSerialized(), checked_value<unsigned int>(0xFFABCDEFu));
     EXPECT_EQ(counter.count, 2);
     EXPECT_FALSE(holder.FindProperty("Color")->followsSerialized);
-}
-
-TEST(PropertySerialized, FailedWriteOfTheWrongTypeStillTakesOver)
-{
-    Util::PropertyHolder holder;
-    holder.CreateProperty("Alpha", 255u);
-    EXPECT_FALSE(holder.SetProperty("Alpha", 1.0f));
-    EXPECT_TRUE(holder.SetSerializedValue("Alpha", 128u));
-    EXPECT_EQ(holder.GetProperty<unsigned int>("Alpha"), checked_value<unsigned int>(255u));
-    EXPECT_EQ(holder.GetSerializedProperty<unsigned int>("Alpha"),
-              checked_value<unsigned int>(128u));
-}
-
-TEST(PropertySerialized, WrongTypeOrUnknownNameIsRefused)
-{
-    Util::PropertyHolder holder;
-    holder.CreateProperty("Text", String("a"));
-    EXPECT_FALSE(holder.SetSerializedValue("Text", 5));
-    EXPECT_FALSE(holder.SetSerializedValue("Missing", String("b")));
-    EXPECT_EQ(holder.GetSerializedProperty<String>("Text").GetOr(""), "a");
-    EXPECT_TRUE(holder.SetSerializedValue("Text", "b"));
-    EXPECT_EQ(holder.GetProperty<String>("Text").GetOr(""), "b");
+    { // Failed write of the wrong type still takes over.
+        Util::PropertyHolder holder;
+        holder.CreateProperty("Alpha", 255u);
+        EXPECT_FALSE(holder.SetProperty("Alpha", 1.0f));
+        EXPECT_TRUE(holder.SetSerializedValue("Alpha", 128u));
+        EXPECT_EQ(holder.GetProperty<unsigned int>("Alpha"), checked_value<unsigned int>(255u));
+        EXPECT_EQ(holder.GetSerializedProperty<unsigned int>("Alpha"),
+                  checked_value<unsigned int>(128u));
+    }
+    { // Wrong type or unknown name is refused.
+        Util::PropertyHolder holder;
+        holder.CreateProperty("Text", String("a"));
+        EXPECT_FALSE(holder.SetSerializedValue("Text", 5));
+        EXPECT_FALSE(holder.SetSerializedValue("Missing", String("b")));
+        EXPECT_EQ(holder.GetSerializedProperty<String>("Text").GetOr(""), "a");
+        EXPECT_TRUE(holder.SetSerializedValue("Text", "b"));
+        EXPECT_EQ(holder.GetProperty<String>("Text").GetOr(""), "b");
+    }
 }

@@ -150,27 +150,25 @@ TEST(ResourceInit, LocationsNamesAndLimits)
     EXPECT_TRUE(empty.Init(folderOf(emptyTemp)));
     EXPECT_FALSE(empty.GetFile("anything").data);
     EXPECT_TRUE(empty.GetFilenames().empty());
+    { // Size limit is one hundred million bytes.
+        TempFolder temp;
+        std::filesystem::create_directories(temp / "Resources");
+        makeSparse(temp / "Resources/resources.resembed", 100000001);
+        ResourceManager over;
+        EXPECT_FALSE(over.Init(folderOf(temp)));
+        EXPECT_FALSE(over.GetFile("x").data);
+        EXPECT_EQ(temp / "Resources/resources.resembed" +
+                      ": 100000001 bytes, more than the 100000000 a program loads",
+                  std::string(over.GetProblem().CStr()));
+
+        makeSparse(temp / "Resources/resources.resembed", 100000000);
+        ResourceManager limit;
+        EXPECT_TRUE(limit.Init(folderOf(temp)));
+        EXPECT_TRUE(limit.GetFilenames().empty());
+    }
 }
 
-TEST(ResourceInit, SizeLimitIsOneHundredMillionBytes)
-{
-    TempFolder temp;
-    std::filesystem::create_directories(temp / "Resources");
-    makeSparse(temp / "Resources/resources.resembed", 100000001);
-    ResourceManager over;
-    EXPECT_FALSE(over.Init(folderOf(temp)));
-    EXPECT_FALSE(over.GetFile("x").data);
-    EXPECT_EQ(temp / "Resources/resources.resembed" +
-                  ": 100000001 bytes, more than the 100000000 a program loads",
-              std::string(over.GetProblem().CStr()));
-
-    makeSparse(temp / "Resources/resources.resembed", 100000000);
-    ResourceManager limit;
-    EXPECT_TRUE(limit.Init(folderOf(temp)));
-    EXPECT_TRUE(limit.GetFilenames().empty());
-}
-
-TEST(ResourceDirectory, LaterDuplicateWins)
+TEST(ResourceDirectory, LaterDuplicatesWinAndDamageEndsTheDirectory)
 {
     TempFolder temp;
     std::string const directory = entry("n", 0, 0) + entry("n", 0, 0) + std::string(1, '\0');
@@ -182,61 +180,63 @@ TEST(ResourceDirectory, LaterDuplicateWins)
     ASSERT_TRUE(resources.Init(folderOf(temp)));
     EXPECT_EQ("nw", text(resources.GetFile("n")));
     EXPECT_EQ(1u, resources.GetFilenames().size());
-}
-
-TEST(ResourceDirectory, DamagedEntriesEndTheDirectory)
-{
-    struct Case
-    {
-        char const* what;
-        std::string bytes;
-        std::vector<String> names;
-    };
-    std::string const good = entry("good", 0, 4);
-    // Offsets are patched below to point at "GOOD" at the end of each file.
-    std::vector<Case> const cases = {
-        {"name without NUL", good + "trunc", {"good"}},
-        {"entry cut inside its numbers", good + std::string("cut\0\x01\x02", 6), {"good"}},
-        {"offset past the end", good + entry("far", 1000000, 1) + std::string(1, '\0'), {"good"}},
-        {"size past the end", good + entry("big", 0, 0x7FFFFFFF) + std::string(1, '\0'), {"good"}},
-        {"offset plus size wraps",
-         good + entry("wrap", 0xFFFFFFF0u, 0x20) + std::string(1, '\0'),
-         {"good"}},
-        {"no terminator", good + entry("last", 0, 0), {"good", "last"}},
-        {"empty file", std::string(), {}},
-        {"only a name", std::string("abc"), {}}};
-
-    for (Case const& c : cases)
-    {
-        std::string bytes = c.bytes;
-        if (!bytes.empty() && bytes.compare(0, 4, "good") == 0)
+    { // Damaged entries end the directory.
+        struct Case
         {
-            // "good" points at its four bytes, appended at the end.
-            unsigned int const offset = static_cast<unsigned int>(bytes.size());
-            for (int i = 0; i < 4; ++i)
-                bytes[5 + i] = static_cast<char>((offset >> (8 * i)) & 0xFF);
-            bytes += "GOOD";
-        }
-        TempFolder temp;
-        temp.Write("Resources/resources.resembed", bytes);
-        ResourceManager resources;
-        ASSERT_TRUE(resources.Init(folderOf(temp))) << c.what;
-        EXPECT_EQ(c.names, resources.GetFilenames()) << c.what;
-        std::string const problem = resources.GetProblem().CStr();
-        std::string const path = temp / "Resources/resources.resembed";
-        EXPECT_EQ(path + (bytes.empty() ? ": empty"
-                                        : ": damaged: the directory breaks off after " +
-                                              std::to_string(c.names.size()) + " entries"),
-                  problem)
-            << c.what;
-        if (!c.names.empty())
+            char const* what;
+            std::string bytes;
+            std::vector<String> names;
+        };
+        std::string const good = entry("good", 0, 4);
+        // Offsets are patched below to point at "GOOD" at the end of each file.
+        std::vector<Case> const cases = {
+            {"name without NUL", good + "trunc", {"good"}},
+            {"entry cut inside its numbers", good + std::string("cut\0\x01\x02", 6), {"good"}},
+            {"offset past the end",
+             good + entry("far", 1000000, 1) + std::string(1, '\0'),
+             {"good"}},
+            {"size past the end",
+             good + entry("big", 0, 0x7FFFFFFF) + std::string(1, '\0'),
+             {"good"}},
+            {"offset plus size wraps",
+             good + entry("wrap", 0xFFFFFFF0u, 0x20) + std::string(1, '\0'),
+             {"good"}},
+            {"no terminator", good + entry("last", 0, 0), {"good", "last"}},
+            {"empty file", std::string(), {}},
+            {"only a name", std::string("abc"), {}}};
+
+        for (Case const& c : cases)
         {
-            EXPECT_EQ("GOOD", text(resources.GetFile("good"))) << c.what;
+            std::string bytes = c.bytes;
+            if (!bytes.empty() && bytes.compare(0, 4, "good") == 0)
+            {
+                // "good" points at its four bytes, appended at the end.
+                unsigned int const offset = static_cast<unsigned int>(bytes.size());
+                for (int i = 0; i < 4; ++i)
+                    bytes[5 + i] = static_cast<char>((offset >> (8 * i)) & 0xFF);
+                bytes += "GOOD";
+            }
+            TempFolder temp;
+            temp.Write("Resources/resources.resembed", bytes);
+            ResourceManager resources;
+            ASSERT_TRUE(resources.Init(folderOf(temp))) << c.what;
+            EXPECT_EQ(c.names, resources.GetFilenames()) << c.what;
+            std::string const problem = resources.GetProblem().CStr();
+            std::string const path = temp / "Resources/resources.resembed";
+            EXPECT_EQ(path + (bytes.empty() ? ": empty"
+                                            : ": damaged: the directory breaks off after " +
+                                                  std::to_string(c.names.size()) + " entries"),
+                      problem)
+                << c.what;
+            if (!c.names.empty())
+            {
+                EXPECT_EQ("GOOD", text(resources.GetFile("good"))) << c.what;
+            }
         }
     }
 }
 
-TEST(ResourceOverride, ServesFolderFilesBeforePackedOnes)
+TEST(ResourceOverride, ServesFolderFilesBeforePackedOnesByVersion)
 {
     TempFolder temp;
     temp.Write("Resources/resources.resembed",
@@ -268,38 +268,36 @@ TEST(ResourceOverride, ServesFolderFilesBeforePackedOnes)
     FolderPath const gone((design / "gone").c_str());
     resources.SetOverridePath(gone);
     EXPECT_EQ("packed", text(resources.GetFile("UI/Layout/Main.layout")));
-}
+    { // Changed file gives new version and old pointer keeps bytes.
+        TempFolder temp;
+        TempFolder design;
+        std::string const path = design.Write("UI/Layout/Main.layout", "version one");
+        setModified(path, 1000000);
+        ResourceManager resources; // nothing packed: the override alone serves
+        resources.SetOverridePath(folderOf(design));
 
-TEST(ResourceOverride, ChangedFileGivesNewVersionAndOldPointerKeepsBytes)
-{
-    TempFolder temp;
-    TempFolder design;
-    std::string const path = design.Write("UI/Layout/Main.layout", "version one");
-    setModified(path, 1000000);
-    ResourceManager resources; // nothing packed: the override alone serves
-    resources.SetOverridePath(folderOf(design));
+        array_ref<unsigned char const> const first = resources.GetFile("UI/Layout/Main.layout");
+        ASSERT_TRUE(first.data);
+        EXPECT_EQ("version one", text(first));
+        // An unchanged file is served from the cache, at the same address.
+        EXPECT_EQ(first.data, resources.GetFile("UI/Layout/Main.layout").data);
 
-    array_ref<unsigned char const> const first = resources.GetFile("UI/Layout/Main.layout");
-    ASSERT_TRUE(first.data);
-    EXPECT_EQ("version one", text(first));
-    // An unchanged file is served from the cache, at the same address.
-    EXPECT_EQ(first.data, resources.GetFile("UI/Layout/Main.layout").data);
+        design.Write("UI/Layout/Main.layout", "version two, longer");
+        setModified(path, 1000060);
+        array_ref<unsigned char const> const second = resources.GetFile("UI/Layout/Main.layout");
+        EXPECT_EQ("version two, longer", text(second));
+        EXPECT_NE(first.data, second.data);
+        EXPECT_EQ("version one", text(first)); // the held pointer still reads its own bytes
 
-    design.Write("UI/Layout/Main.layout", "version two, longer");
-    setModified(path, 1000060);
-    array_ref<unsigned char const> const second = resources.GetFile("UI/Layout/Main.layout");
-    EXPECT_EQ("version two, longer", text(second));
-    EXPECT_NE(first.data, second.data);
-    EXPECT_EQ("version one", text(first)); // the held pointer still reads its own bytes
+        // Going back to an earlier time serves the version cached under that time.
+        setModified(path, 1000000);
+        EXPECT_EQ(first.data, resources.GetFile("UI/Layout/Main.layout").data);
 
-    // Going back to an earlier time serves the version cached under that time.
-    setModified(path, 1000000);
-    EXPECT_EQ(first.data, resources.GetFile("UI/Layout/Main.layout").data);
-
-    // Removed from the folder: nothing to serve, and the old bytes stay valid.
-    std::filesystem::remove(path);
-    EXPECT_FALSE(resources.GetFile("UI/Layout/Main.layout").data);
-    EXPECT_EQ("version two, longer", text(second));
+        // Removed from the folder: nothing to serve, and the old bytes stay valid.
+        std::filesystem::remove(path);
+        EXPECT_FALSE(resources.GetFile("UI/Layout/Main.layout").data);
+        EXPECT_EQ("version two, longer", text(second));
+    }
 }
 
 TEST(ResourceDirectory, MillionsOfEntriesCostLittleMoreThanTheirFile)

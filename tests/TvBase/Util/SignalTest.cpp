@@ -119,22 +119,19 @@ TEST(SignalConnectForms, MemberWithTheSignalsArgumentsAtEveryArity)
     log.clear();
     text("ref");
     EXPECT_EQ(log, (Log{"L:ref"}));
-}
 
-TEST(SignalConnectForms, NoArgumentMemberDropsTheArguments)
-{
-    Log log;
-    Listener l(log, "L");
-    Signal<int, String> s2;
-    Signal<int, int, int, int, int, int, int> s7;
-    s2.Connect(&Listener::slot0, &l);
-    s7.Connect(&Listener::slot0, &l);
-    s2(5, "x");
-    s7(1, 2, 3, 4, 5, 6, 7);
+    // A member without arguments drops the signal's.
+    Signal<int, String> d2;
+    Signal<int, int, int, int, int, int, int> d7;
+    d2.Connect(&Listener::slot0, &l);
+    d7.Connect(&Listener::slot0, &l);
+    log.clear();
+    d2(5, "x");
+    d7(1, 2, 3, 4, 5, 6, 7);
     EXPECT_EQ(log, (Log{"L", "L"}));
 }
 
-TEST(SignalConnectForms, BoundValuesAreConvertedOnceAndKept)
+TEST(SignalConnectForms, BoundValuesFunctionObjectsAndChains)
 {
     Log log;
     Listener l(log, "L");
@@ -154,12 +151,9 @@ TEST(SignalConnectForms, BoundValuesAreConvertedOnceAndKept)
     clicked();
     changed(-1);
     EXPECT_EQ(log, (Log{"L:first", "L:first", "L:3", "L:9,nine", "L:42"}));
-}
 
-TEST(SignalConnectForms, FunctionObjectsAtEveryArity)
-{
-    Log log;
-    Listener l(log, "L");
+    // Function objects at every arity.
+    log.clear();
     auto add = [&log](std::string s) { log.push_back(s); };
     Signal<> s0;
     Signal<String> s1;
@@ -184,12 +178,9 @@ TEST(SignalConnectForms, FunctionObjectsAtEveryArity)
     s.Connect(nullptr, [&] { ++untied; });
     s();
     EXPECT_EQ(untied, 1);
-}
 
-TEST(SignalConnectForms, ChainedSignalsEmitInTurn)
-{
-    Log log;
-    Listener l(log, "L");
+    // Chained signals emit in turn.
+    log.clear();
     Signal<int, String> outer;
     Signal<int, String> inner;
     inner.Connect(&Listener::slot2, &l);
@@ -255,21 +246,38 @@ TEST(SignalEmission, DisconnectionDuringEmissionIsImmediate)
     EXPECT_EQ(signal.GetSlotCount(), 1u);
 }
 
-TEST(SignalEmission, EmissionMayRecurse)
+TEST(SignalEmission, EmissionMayRecurseAndCopiesByValueArgumentsForEachSlot)
 {
     Log log;
     Listener l(log, "L");
-    Signal<int> signal;
-    signal.Connect(&l,
-                   [&](int depth)
-                   {
-                       log.push_back("in:" + std::to_string(depth));
-                       if (depth > 0)
-                           signal(depth - 1);
-                       log.push_back("out:" + std::to_string(depth));
-                   });
-    signal(2);
+    Signal<int> recursive;
+    recursive.Connect(&l,
+                      [&](int depth)
+                      {
+                          log.push_back("in:" + std::to_string(depth));
+                          if (depth > 0)
+                              recursive(depth - 1);
+                          log.push_back("out:" + std::to_string(depth));
+                      });
+    recursive(2);
     EXPECT_EQ(log, (Log{"in:2", "in:1", "in:0", "out:0", "out:1", "out:2"}));
+
+    std::vector<String> seen;
+    Signal<String> signal;
+
+    signal.Connect(&l,
+                   [&](String s)
+                   {
+                       s += "!"; // changes only this slot's copy
+                       seen.push_back(s);
+                   });
+    signal.Connect(&l, [&](String s) { seen.push_back(s); });
+    String text("hey");
+    signal(text);
+    ASSERT_EQ(seen.size(), 2u);
+    EXPECT_EQ(seen[0], "hey!");
+    EXPECT_EQ(seen[1], "hey");
+    EXPECT_EQ(text, "hey");
 }
 
 TEST(SignalEmission, ExceptionFromSlotReachesTheEmitterAndStopsLaterSlots)
@@ -286,28 +294,7 @@ TEST(SignalEmission, ExceptionFromSlotReachesTheEmitterAndStopsLaterSlots)
     EXPECT_EQ(signal.GetSlotCount(), 3u);
 }
 
-TEST(SignalEmission, ByValueArgumentIsCopiedForEachSlot)
-{
-    std::vector<String> seen;
-    Log log;
-    Listener l(log, "L");
-    Signal<String> signal;
-    signal.Connect(&l,
-                   [&](String s)
-                   {
-                       s += "!"; // changes only this slot's copy
-                       seen.push_back(s);
-                   });
-    signal.Connect(&l, [&](String s) { seen.push_back(s); });
-    String text("hey");
-    signal(text);
-    ASSERT_EQ(seen.size(), 2u);
-    EXPECT_EQ(seen[0], "hey!");
-    EXPECT_EQ(seen[1], "hey");
-    EXPECT_EQ(text, "hey");
-}
-
-TEST(SignalLifetime, DroppedConnectionLeavesTheSlotWorking)
+TEST(SignalLifetime, ConnectionsOnlyDisconnectWhenAsked)
 {
     Log log;
     Listener l(log, "L");
@@ -320,18 +307,15 @@ TEST(SignalLifetime, DroppedConnectionLeavesTheSlotWorking)
     signal.Connect(&Listener::slot0, &l); // result dropped at once
     signal();
     EXPECT_EQ(log, (Log{"L", "L"}));
-}
 
-TEST(SignalLifetime, CopiesOfAConnectionShareOneLink)
-{
-    Log log;
-    Listener l(log, "L");
-    Signal<> signal;
-    Connection c = signal.Connect(&Listener::slot0, &l);
+    // Copies of a connection share one link.
+    Signal<> other;
+    Connection c = other.Connect(&Listener::slot0, &l);
     Connection copy = c;
     copy.Disconnect();
     EXPECT_FALSE(c.IsConnected());
-    signal();
+    log.clear();
+    other();
     EXPECT_TRUE(log.empty());
     c.Disconnect(); // twice is harmless
     Connection none;
@@ -339,7 +323,7 @@ TEST(SignalLifetime, CopiesOfAConnectionShareOneLink)
     EXPECT_FALSE(none.IsConnected());
 }
 
-TEST(SignalLifetime, MemberSlotStopsWhenItsTargetDies)
+TEST(SignalLifetime, SlotsStopWhenTheirTargetDies)
 {
     Log log;
     Signal<int> signal;
@@ -355,12 +339,9 @@ TEST(SignalLifetime, MemberSlotStopsWhenItsTargetDies)
     bound();
     EXPECT_EQ(log, (Log{"T:1"}));
     EXPECT_EQ(signal.GetSlotCount(), 0u);
-}
 
-TEST(SignalLifetime, FunctionObjectDiesWithItsTrackedObject)
-{
+    // A function object dies with its tracked object.
     int calls = 0;
-    Signal<int> signal;
     auto tracked = std::make_unique<Object>("tracked");
     signal.Connect(tracked.get(), [&](int) { ++calls; });
     signal(1);

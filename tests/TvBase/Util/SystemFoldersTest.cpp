@@ -13,7 +13,7 @@
 using TestSupport::ScopedEnv;
 using TestSupport::TempFolder;
 
-TEST(WellKnownFolders, FollowTheEnvironment)
+TEST(WellKnownFolders, FollowTheEnvironmentOrFallBack)
 {
     TempFolder temp;
     ScopedEnv home("HOME", "/home/tester");
@@ -45,28 +45,24 @@ TEST(WellKnownFolders, FollowTheEnvironment)
     }
     EXPECT_EQ(Util::GetDocumentsFolder().ToString(), "/home/tester/Documents/");
     EXPECT_EQ(Util::GetDesktopFolder().ToString(), "/home/tester/Desktop/");
-}
+    { // Fall back when the environment is silent.
+        ScopedEnv home("HOME", "/home/tester");
+        ScopedEnv tmp("TMPDIR", nullptr);
+        ScopedEnv data("XDG_DATA_HOME", nullptr);
+        EXPECT_EQ(Util::GetSystemTempFolder().ToString(), "/tmp/");
+        EXPECT_EQ(Util::GetUserApplicationDataFolder().ToString(), "/home/tester/.local/share/");
 
-TEST(WellKnownFolders, FallBackWhenTheEnvironmentIsSilent)
-{
-    ScopedEnv home("HOME", "/home/tester");
-    ScopedEnv tmp("TMPDIR", nullptr);
-    ScopedEnv data("XDG_DATA_HOME", nullptr);
-    EXPECT_EQ(Util::GetSystemTempFolder().ToString(), "/tmp/");
-    EXPECT_EQ(Util::GetUserApplicationDataFolder().ToString(), "/home/tester/.local/share/");
-
-    ScopedEnv emptyTmp("TMPDIR", "");
-    EXPECT_EQ(Util::GetSystemTempFolder().ToString(), "/tmp/");
-}
-
-TEST(WellKnownFolders, FontFoldersInOrder)
-{
-    ScopedEnv home("HOME", "/home/tester");
-    std::vector<FolderPath> fonts = Util::GetFontFolders();
-    ASSERT_EQ(fonts.size(), 3u);
-    EXPECT_EQ(fonts[0].ToString(), "/usr/share/fonts/");
-    EXPECT_EQ(fonts[1].ToString(), "/usr/local/share/fonts/");
-    EXPECT_EQ(fonts[2].ToString(), "/home/tester/.local/share/fonts/");
+        ScopedEnv emptyTmp("TMPDIR", "");
+        EXPECT_EQ(Util::GetSystemTempFolder().ToString(), "/tmp/");
+    }
+    { // Font folders in order.
+        ScopedEnv home("HOME", "/home/tester");
+        std::vector<FolderPath> fonts = Util::GetFontFolders();
+        ASSERT_EQ(fonts.size(), 3u);
+        EXPECT_EQ(fonts[0].ToString(), "/usr/share/fonts/");
+        EXPECT_EQ(fonts[1].ToString(), "/usr/local/share/fonts/");
+        EXPECT_EQ(fonts[2].ToString(), "/home/tester/.local/share/fonts/");
+    }
 }
 
 TEST(ModuleDirectory, IsTheFolderOfTheRunningProgram)

@@ -4,11 +4,11 @@
 #include "TvBase/Util/Module.h"
 #include "TvBase/Util/ProcessInfo.h"
 
+#include "tests/support/TempFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <condition_variable>
-#include <cstdlib>
-#include <fstream>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -124,15 +124,7 @@ TEST(ThreadStates, WalkFromStartToFinish)
     EXPECT_TRUE(thread.WaitThread(0u));
     EXPECT_EQ(1, thread.Runs());
     EXPECT_EQ((std::vector<std::string>{"run", "tearDown"}), thread.Events());
-}
-
-TEST(ThreadStates, FinishedRunIsSeenAsStoppedByEveryReader)
-{
-    GatedThread thread;
-    thread.Open();
-    thread.StartThread();
-    EXPECT_TRUE(thread.WaitThread());
-    EXPECT_FALSE(thread.IsThreadRunning());
+    // A finished run is seen as stopped by every reader.
     thread.TerminateThread();
     EXPECT_FALSE(thread.IsThreadRunning());
 }
@@ -280,21 +272,17 @@ TEST(AtomicHelpers, CompareExchangeAndCountAcrossThreads)
     EXPECT_EQ(40000u, Atomic::AtomicRead(counter));
 }
 
-TEST(ModuleLoading, EmptyPathAndMissingLibraryFailQuietly)
+TEST(ModuleLoading, LoadsLibrariesAndFindsSymbolsOrFailsQuietly)
 {
     Util::Module empty{String("")};
     EXPECT_FALSE(empty.Load());
     EXPECT_FALSE(empty.IsLoaded());
     EXPECT_EQ(nullptr, empty.GetFunction("cos"));
     empty.Unload();
-
     Util::Module missing{String("/nonexistent/libnothing.so")};
     EXPECT_FALSE(missing.Load());
     EXPECT_TRUE(missing.GetArchitectures().empty());
-}
 
-TEST(ModuleLoading, LoadsLibraryAndFindsSymbols)
-{
     Util::Module math{String("libm.so.6")};
     ASSERT_TRUE(math.Load());
     EXPECT_TRUE(math.Load()) << "a second load is a no-op";
@@ -311,15 +299,6 @@ TEST(ModuleLoading, LoadsLibraryAndFindsSymbols)
 
 namespace
 {
-
-std::string writeBytes(std::string const& folder, std::string const& name,
-                       std::vector<unsigned char> const& bytes)
-{
-    std::string path = folder + "/" + name;
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<char const*>(bytes.data()), std::streamsize(bytes.size()));
-    return path;
-}
 
 void appendBigEndian(std::vector<unsigned char>& out, unsigned int word)
 {
@@ -345,43 +324,35 @@ std::vector<unsigned char> fatFile(unsigned int count, unsigned int listed)
 
 TEST(ModuleArchitectures, ReadsPlainAndFatHeaders)
 {
-    char folderTemplate[] = "/tmp/tv-module-XXXXXX";
-    ASSERT_NE(nullptr, mkdtemp(folderTemplate));
-    std::string folder = folderTemplate;
+    TestSupport::TempFolder folder("tv-module");
     using Arch = std::vector<Util::MachineArchitecture>;
+    auto architectures = [&](std::string const& name, std::vector<unsigned char> const& bytes)
+    {
+        return Util::Module(
+                   String(folder.Write(name, std::string(bytes.begin(), bytes.end())).c_str()))
+            .GetArchitectures();
+    };
 
     // 64-bit, little-endian: magic 0xFEEDFACF stored swapped, CPU type 0x01000007.
     std::vector<unsigned char> thin = {0xCF, 0xFA, 0xED, 0xFE, 0x07, 0x00, 0x00, 0x01};
     thin.resize(32, 0);
-    EXPECT_EQ(Arch{Util::MachineArchitecture_x86_64},
-              Util::Module(String(writeBytes(folder, "thin", thin).c_str())).GetArchitectures());
+    EXPECT_EQ(Arch{Util::MachineArchitecture_x86_64}, architectures("thin", thin));
     thin.resize(20);
-    EXPECT_EQ(Arch{},
-              Util::Module(String(writeBytes(folder, "short", thin).c_str())).GetArchitectures());
-
+    EXPECT_EQ(Arch{}, architectures("short", thin));
     // 32-bit big-endian ppc.
     std::vector<unsigned char> ppc = {0xFE, 0xED, 0xFA, 0xCE, 0x00, 0x00, 0x00, 18};
     ppc.resize(28, 0);
-    EXPECT_EQ(Arch{Util::MachineArchitecture_ppc},
-              Util::Module(String(writeBytes(folder, "ppc", ppc).c_str())).GetArchitectures());
+    EXPECT_EQ(Arch{Util::MachineArchitecture_ppc}, architectures("ppc", ppc));
 
-    Arch nineteen = Util::Module(String(writeBytes(folder, "fat19", fatFile(19, 19)).c_str()))
-                        .GetArchitectures();
+    Arch nineteen = architectures("fat19", fatFile(19, 19));
     ASSERT_EQ(19u, nineteen.size());
     EXPECT_EQ(Util::MachineArchitecture_x86_64, nineteen[0]);
     EXPECT_EQ(Util::MachineArchitecture_i386, nineteen[1]);
-    EXPECT_EQ(Arch{}, Util::Module(String(writeBytes(folder, "fat20", fatFile(20, 20)).c_str()))
-                          .GetArchitectures());
-    EXPECT_EQ(2u, Util::Module(String(writeBytes(folder, "fatcut", fatFile(5, 2)).c_str()))
-                      .GetArchitectures()
-                      .size())
+    EXPECT_EQ(Arch{}, architectures("fat20", fatFile(20, 20)));
+    EXPECT_EQ(2u, architectures("fatcut", fatFile(5, 2)).size())
         << "entries past the end of the file are not invented";
-    EXPECT_EQ(Arch{}, Util::Module(String(writeBytes(folder, "tiny", {0xCA, 0xFE, 0xBA}).c_str()))
-                          .GetArchitectures());
-    EXPECT_EQ(Arch{}, Util::Module(String(writeBytes(folder, "elf", {0x7F, 'E', 'L', 'F'}).c_str()))
-                          .GetArchitectures());
-
-    std::system(("rm -rf '" + folder + "'").c_str());
+    EXPECT_EQ(Arch{}, architectures("tiny", {0xCA, 0xFE, 0xBA}));
+    EXPECT_EQ(Arch{}, architectures("elf", {0x7F, 'E', 'L', 'F'}));
 }
 
 TEST(ProcessInfo, ClocksAndProcessorCount)

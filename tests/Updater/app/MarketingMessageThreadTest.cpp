@@ -74,13 +74,26 @@ protected:
         EXPECT_EQ(sentinel, out) << "a failed scrape leaves the caller's record alone";
     }
 
+    /// The record of a scrape as "link|alt|width|height", or "failed: <result>".
+    std::string Outcome(std::string const& url, int timeoutMillis = 60000)
+    {
+        auto worker = Scrape(url, timeoutMillis);
+        Record record;
+        if (!worker->GetMessageData(record) || !record)
+        {
+            ExpectFailure(*worker, worker->GetLastResult().CStr());
+            return std::string("failed: ") + worker->GetLastResult().CStr();
+        }
+        EXPECT_EQ(String(""), worker->GetLastResult());
+        return std::string(record->link.CStr()) + "|" + record->altText.CStr() + "|" +
+               std::to_string(record->width) + "|" + std::to_string(record->height);
+    }
+
     TempFolder served{"tv-marketing-served"};
     HttpFixture server{served.Path(), false};
 };
 
 } // namespace
-
-// ---- good pages
 
 TEST_F(MarketingMessageThreadTest, GoodPageGivesLinkToolTipSizesAndDecodedPicture)
 {
@@ -110,160 +123,78 @@ TEST_F(MarketingMessageThreadTest, GoodPageGivesLinkToolTipSizesAndDecodedPictur
     EXPECT_EQ(0xFF010203u, row1[2]);
 }
 
-TEST_F(MarketingMessageThreadTest, MissingOrOddAttributesFallBackToZeroAndEmpty)
-{
-    served.Write("banner.png", MakeBanner());
-    {
-        auto worker = Scrape(ServePage("<a href=\"http://l/\"><img src=\"IMAGE\"></a>"));
-        Record record;
-        ASSERT_TRUE(worker->GetMessageData(record));
-        ASSERT_TRUE(record);
-        EXPECT_EQ(0, record->width);
-        EXPECT_EQ(0, record->height);
-        EXPECT_TRUE(record->altText.IsEmpty());
-    }
-    {
-        // Unquoted, empty and non-numeric values all give 0; an empty alt stays empty.
-        auto worker = Scrape(ServePage(
-            "<a href=\"http://l/\"><img src=\"IMAGE\" width=\"\" height=\"tall\" alt=\"\"></a>"));
-        Record record;
-        ASSERT_TRUE(worker->GetMessageData(record));
-        ASSERT_TRUE(record);
-        EXPECT_EQ(0, record->width);
-        EXPECT_EQ(0, record->height);
-        EXPECT_TRUE(record->altText.IsEmpty());
-    }
-}
-
-TEST_F(MarketingMessageThreadTest, EarlierAttributesAnywhereOnThePageCount)
-{
-    served.Write("banner.png", MakeBanner());
-    auto worker = Scrape(ServePage(
-        "<table width=\"600\"><tr><td><img alt=\"logo\" height=\"12\">\n"
-        "<a href=\"http://l/\"><img src=\"IMAGE\" width=\"468\" height=\"60\" alt=\"Offer\">"
-        "</a></td></tr></table>"));
-    Record record;
-    ASSERT_TRUE(worker->GetMessageData(record));
-    ASSERT_TRUE(record);
-    EXPECT_EQ(600, record->width) << "the table's width comes first on the page";
-    EXPECT_EQ(12, record->height);
-    EXPECT_EQ(String("logo"), record->altText);
-}
-
-TEST_F(MarketingMessageThreadTest, HrefWithoutQuoteTakesTheNextQuotedText)
-{
-    served.Write("banner.png", MakeBanner());
-    {
-        auto worker = Scrape(ServePage("<a href= \"http://spaced/\"><img src=\"IMAGE\"></a>"));
-        Record record;
-        ASSERT_TRUE(worker->GetMessageData(record));
-        ASSERT_TRUE(record);
-        EXPECT_EQ(String("http://spaced/"), record->link);
-    }
-    {
-        auto worker =
-            Scrape(ServePage("<a href=http://bare/ title=\"Shop\"><img src=\"IMAGE\"></a>"));
-        Record record;
-        ASSERT_TRUE(worker->GetMessageData(record));
-        ASSERT_TRUE(record);
-        EXPECT_EQ(String("Shop"), record->link);
-    }
-}
-
-TEST_F(MarketingMessageThreadTest, SingleQuotesFailOrFindALaterQuotedText)
-{
-    served.Write("banner.png", MakeBanner());
-    {
-        auto worker = Scrape(ServePage("<a href='http://l/'><img src='IMAGE'></a>"));
-        ExpectFailure(*worker, "Cannot locate marketing url");
-    }
-    {
-        // The anchor's address is the image's, the first double-quoted text behind it.
-        auto worker = Scrape(ServePage("<a href='http://l/'><img src=\"IMAGE\"></a>"));
-        Record record;
-        ASSERT_TRUE(worker->GetMessageData(record));
-        ASSERT_TRUE(record);
-        EXPECT_EQ(String(server.Url("/root/banner.png").c_str()), record->link);
-    }
-    {
-        auto worker = Scrape(ServePage("<a href=\"\"><img src=\"IMAGE\"></a>"));
-        ExpectFailure(*worker, "Cannot locate marketing url");
-    }
-}
-
-// ---- pages without the tags
-
-TEST_F(MarketingMessageThreadTest, MissingTagsAreReported)
-{
-    served.Write("banner.png", MakeBanner());
-    ExpectFailure(*Scrape(ServePage("<html><body>No offers today</body></html>")),
-                  "Cannot locate anchor tag");
-    ExpectFailure(*Scrape(ServePage("<A HREF=\"http://l/\"><img src=\"IMAGE\"></A>")),
-                  "Cannot locate anchor tag");
-    ExpectFailure(*Scrape(ServePage("<a href=\"http://l/\">Shop</a>")), "Cannot locate img tag");
-    ExpectFailure(*Scrape(ServePage("<img src=\"IMAGE\"><a href=\"http://l/\">Shop</a>")),
-                  "Cannot locate img tag");
-    // The page ends at its first NUL.
-    ExpectFailure(*Scrape(ServePage(std::string("<p>x</p>\0<a href=\"http://l/\">"
-                                                "<img src=\"IMAGE\"></a>",
-                                                40))),
-                  "Cannot locate anchor tag");
-}
-
-TEST_F(MarketingMessageThreadTest, NotFoundPageHasNoAnchor)
-{
-    ExpectFailure(*Scrape(server.Url("/404")), "Cannot locate anchor tag");
-}
-
-// ---- the picture
-
-TEST_F(MarketingMessageThreadTest, PicturesThatAreNotPngAreRefused)
+TEST_F(MarketingMessageThreadTest, PagesAndPicturesGiveRecordsOrTheirFailure)
 {
     std::string const banner = MakeBanner();
-    std::string const page = "<a href=\"http://l/\"><img src=\"IMAGE\"></a>";
-
+    served.Write("banner.png", banner);
     served.Write("broken.png", banner.substr(0, 8) + std::string(40, '\x5A'));
-    ExpectFailure(*Scrape(ServePage(page, "broken.png")), "Cannot parse image data as png");
-
     // Shorter than the signature yet matching as far as it goes.
     served.Write("short.png", banner.substr(0, 4));
-    ExpectFailure(*Scrape(ServePage(page, "short.png")), "Cannot parse image data as png");
-
     served.Write("gif.png", std::string("GIF89a\x01\x00\x01\x00", 10));
-    ExpectFailure(*Scrape(ServePage(page, "gif.png")), "Cannot parse image data as png");
-
     served.Write("cut.png", banner.substr(0, banner.size() / 2));
-    ExpectFailure(*Scrape(ServePage(page, "cut.png")), "Cannot parse image data as png");
-
-    // A missing picture is the server's HTML error page: data, but no signature.
-    ExpectFailure(*Scrape(ServePage(page, "absent.png")), "Cannot parse image data as png");
-}
-
-TEST_F(MarketingMessageThreadTest, FailedPictureRequestIsCannotReadImage)
-{
     served.Write("empty.png", "");
-    ExpectFailure(*Scrape(ServePage("<a href=\"http://l/\"><img src=\"IMAGE\"></a>", "empty.png")),
-                  "Cannot read image");
+    std::string const plain = "<a href=\"http://l/\"><img src=\"IMAGE\"></a>";
+    std::string const noPng = "failed: Cannot parse image data as png";
+    struct Case
+    {
+        std::string page;
+        char const* image;
+        std::string expected;
+    } const cases[] = {
+        // Missing, unquoted, empty and non-numeric sizes all give 0; an empty alt stays empty.
+        {plain, "banner.png", "http://l/||0|0"},
+        {"<a href=\"http://l/\"><img src=\"IMAGE\" width=\"\" height=\"tall\" alt=\"\"></a>",
+         "banner.png", "http://l/||0|0"},
+        // Earlier attributes anywhere on the page count: the table's width comes first.
+        {"<table width=\"600\"><tr><td><img alt=\"logo\" height=\"12\">\n"
+         "<a href=\"http://l/\"><img src=\"IMAGE\" width=\"468\" height=\"60\" alt=\"Offer\">"
+         "</a></td></tr></table>",
+         "banner.png", "http://l/|logo|600|12"},
+        // An href without its quote takes the next quoted text.
+        {"<a href= \"http://spaced/\"><img src=\"IMAGE\"></a>", "banner.png",
+         "http://spaced/||0|0"},
+        {"<a href=http://bare/ title=\"Shop\"><img src=\"IMAGE\"></a>", "banner.png", "Shop||0|0"},
+        // Single quotes fail, or the anchor's address is the image's, the next quoted text.
+        {"<a href='http://l/'><img src='IMAGE'></a>", "banner.png",
+         "failed: Cannot locate marketing url"},
+        {"<a href='http://l/'><img src=\"IMAGE\"></a>", "banner.png",
+         server.Url("/root/banner.png") + "||0|0"},
+        {"<a href=\"\"><img src=\"IMAGE\"></a>", "banner.png",
+         "failed: Cannot locate marketing url"},
+        // Missing tags; the page ends at its first NUL.
+        {"<html><body>No offers today</body></html>", "banner.png",
+         "failed: Cannot locate anchor tag"},
+        {"<A HREF=\"http://l/\"><img src=\"IMAGE\"></A>", "banner.png",
+         "failed: Cannot locate anchor tag"},
+        {"<a href=\"http://l/\">Shop</a>", "banner.png", "failed: Cannot locate img tag"},
+        {"<img src=\"IMAGE\"><a href=\"http://l/\">Shop</a>", "banner.png",
+         "failed: Cannot locate img tag"},
+        {std::string("<p>x</p>\0<a href=\"http://l/\"><img src=\"IMAGE\"></a>", 40), "banner.png",
+         "failed: Cannot locate anchor tag"},
+        // Pictures that are not PNG; a missing one is the server's HTML error page.
+        {plain, "broken.png", noPng},
+        {plain, "short.png", noPng},
+        {plain, "gif.png", noPng},
+        {plain, "cut.png", noPng},
+        {plain, "absent.png", noPng},
+        {plain, "empty.png", "failed: Cannot read image"},
+    };
+    for (Case const& c : cases)
+        EXPECT_EQ(c.expected, Outcome(ServePage(c.page, c.image))) << c.page << " " << c.image;
 
-    served.Write("page.html",
-                 "<a href=\"http://l/\"><img src=\"" + server.Url("/stall") + "\"></a>");
-    ExpectFailure(*Scrape(server.Url("/root/page.html"), 300), "Cannot read image");
-
-    served.Write("page.html",
-                 "<a href=\"http://l/\"><img src=\"" + server.ClosedUrl("/x.png") + "\"></a>");
-    ExpectFailure(*Scrape(server.Url("/root/page.html"), 300), "Cannot read image");
-}
-
-// ---- the page request
-
-TEST_F(MarketingMessageThreadTest, FailedPageRequestKeepsItsOwnWord)
-{
-    ExpectFailure(*Scrape(server.Url("/empty")), "Marketing message empty.");
-    // A time-out leaves no error and no data.
-    ExpectFailure(*Scrape(server.Url("/stall"), 300), "Marketing message empty.");
-    // A refused connection is a transfer error (libcurl's "couldn't connect", 7), read once
-    // the time-out ends the request.
-    ExpectFailure(*Scrape(server.ClosedUrl("/updater/"), 300), "Internal stream error 1, 7");
+    // A picture request that stalls or is refused cannot be read.
+    for (std::string const& image : {server.Url("/stall"), server.ClosedUrl("/x.png")})
+    {
+        served.Write("page.html", "<a href=\"http://l/\"><img src=\"" + image + "\"></a>");
+        EXPECT_EQ("failed: Cannot read image", Outcome(server.Url("/root/page.html"), 300));
+    }
+    // A failed page request keeps its own word: a time-out leaves no error and no data; a
+    // refused connection is a transfer error (libcurl's "couldn't connect", 7), read once the
+    // time-out ends the request.
+    EXPECT_EQ("failed: Cannot locate anchor tag", Outcome(server.Url("/404")));
+    EXPECT_EQ("failed: Marketing message empty.", Outcome(server.Url("/empty")));
+    EXPECT_EQ("failed: Marketing message empty.", Outcome(server.Url("/stall"), 300));
+    EXPECT_EQ("failed: Internal stream error 1, 7", Outcome(server.ClosedUrl("/updater/"), 300));
 }
 
 TEST_F(MarketingMessageThreadTest, RequestThatCannotBeMadeIsConnectionError)
@@ -280,8 +211,6 @@ TEST_F(MarketingMessageThreadTest, RequestThatCannotBeMadeIsConnectionError)
     EXPECT_FALSE(worker->GetMessageData(out));
     EXPECT_FALSE(out);
 }
-
-// ---- state around the run
 
 TEST_F(MarketingMessageThreadTest, StateBeforeAndAfterARun)
 {
@@ -312,8 +241,6 @@ TEST_F(MarketingMessageThreadTest, CancelStopsAStalledRequest)
     EXPECT_EQ(String(""), worker->GetLastResult()) << "a cancel reports nothing";
 }
 
-// ---- the page address
-
 TEST_F(MarketingMessageThreadTest, PageAddressFollowsTheWebHostSetting)
 {
     setenv("TV_WEB_HOST", ("127.0.0.1:" + std::to_string(server.GetPort())).c_str(), 1);
@@ -330,11 +257,7 @@ TEST_F(MarketingMessageThreadTest, PageAddressFollowsTheWebHostSetting)
     served.Write("banner.png", MakeBanner());
     served.Write("updater.html",
                  "<a href=\"http://l/\"><img src=\"" + server.Url("/root/banner.png") + "\"></a>");
-    auto worker = Scrape(url.CStr());
-    Record record;
-    ASSERT_TRUE(worker->GetMessageData(record));
-    ASSERT_TRUE(record);
-    EXPECT_EQ(String("http://l/"), record->link);
+    EXPECT_EQ("http://l/||0|0", Outcome(url.CStr()));
 }
 
 TEST_F(MarketingMessageThreadTest, PicturesBeyondABannersSizeAreRefusedBeforeDecoding)

@@ -65,16 +65,36 @@ std::string bytes(String const& s)
     return std::string(s.CStr(), s.Length());
 }
 
+std::string shown(String const& s)
+{
+    return s.IsNull() ? "(null)" : bytes(s);
+}
+
+/// An entry in one line: name|installed|available|url|[list]|extra text.
+std::string describe(Updater::UpdateEntry const& e)
+{
+    std::string list;
+    for (String const& item : e.extraList)
+        list += (list.empty() ? "" : ",") + shown(item);
+    return shown(e.productName) + "|" + shown(e.installedVersion) + "|" +
+           shown(e.availableVersion) + "|" + shown(e.updateUrl) + "|[" + list + "]|" +
+           shown(e.extraText);
+}
+
+std::vector<std::string> described(Pass const& pass)
+{
+    std::vector<std::string> out;
+    for (auto const& entry : pass.entries)
+        out.push_back(describe(*entry));
+    return out;
+}
+
 Report const kDone(true, "");
 Report const kBadLine(false, "Incorrectly formatted version line");
 
 } // namespace
 
-//-------------------------------------------------------------------------------------------------
-// Empty input
-//-------------------------------------------------------------------------------------------------
-
-TEST(VersionsEmpty, ReportsOnceAndStops)
+TEST(ParseVersionsText, EmptyInputReportsOnceAndReadsNoSettings)
 {
     for (String empty : {String(), String("")})
     {
@@ -82,110 +102,92 @@ TEST(VersionsEmpty, ReportsOnceAndStops)
         settings.Install("Alpha Mixer", "1.0");
         Pass pass = run(empty, settings);
         EXPECT_TRUE(pass.entries.empty());
-        ASSERT_EQ(pass.reports.size(), 1u);
-        EXPECT_EQ(pass.reports[0], Report(false, "Update file empty."));
+        EXPECT_EQ(pass.reports, std::vector<Report>{Report(false, "Update file empty.")});
         EXPECT_TRUE(settings.keyPaths.empty());
     }
 }
 
-TEST(VersionsEmpty, NothingInstalledStillEndsInSuccess)
+TEST(ParseVersionsText, LinesEntriesAndReports)
 {
-    MemorySettings settings;
-    Pass pass = run("Alpha Mixer|3.0|u\nbroken\n", settings);
-    EXPECT_TRUE(pass.entries.empty());
-    EXPECT_EQ(pass.reports, (std::vector<Report>{kBadLine, kBadLine, kDone}));
-    EXPECT_EQ(settings.keyPaths, std::vector<std::string>{"InstalledProducts"});
-    EXPECT_TRUE(settings.valuePaths.empty());
-}
+    struct Installed
+    {
+        char const* key;
+        String version;
+    };
+    struct Case
+    {
+        std::vector<Installed> installed;
+        char const* text;
+        std::vector<std::string> entries;
+        std::vector<Report> reports;
+    };
+    Case const cases[] = {
+        // Nothing installed still ends in success.
+        {{}, "Alpha Mixer|3.0|u\nbroken\n", {}, {kBadLine, kBadLine, kDone}},
+        {{{"Alpha Mixer", "3.0"}},
+         "Alpha Mixer|3.01|link-url|mac,win|note",
+         {"Alpha Mixer|3.0|3.01|link-url|[mac,win]|note"},
+         {kDone}},
+        // Optional fields stay empty or null; an empty field is a field; fields past five drop.
+        {{{"A", "1"}},
+         "A|2|u\nA|2|u|x,,y\nA|2||\nA|2|u|l|t|sixth|seventh",
+         {"A|1|2|u|[]|(null)", "A|1|2|u|[x,,y]|(null)", "A|1|2||[(null)]|(null)", "A|1|2|u|[l]|t"},
+         {kDone}},
+        // Too few fields is reported even for an installed product.
+        {{{"Alpha Mixer", "1.0"}},
+         "Alpha Mixer|3.0\n\n|",
+         {},
+         {kBadLine, kBadLine, kBadLine, kDone}},
+        // A trailing newline gives one malformed line.
+        {{{"A", "1.0"}}, "A|2.0|u\n", {"A|1.0|2.0|u|[]|(null)"}, {kBadLine, kDone}},
+        // CR LF ends stay in the last field; the address loses every CR.
+        {{{"A", "1.0"}, {"B", "1.0\r"}},
+         "A|2.0|http://x/a\r\nB|2.0\r|u|p,q\r\nA|3|ht\rtp://y|l|note\r\n",
+         {"A|1.0|2.0|http://x/a|[]|(null)", "B|1.0\r|2.0\r|u|[p,q\r]|(null)",
+          "A|1.0|3|http://y|[l]|note\r"},
+         {kBadLine, kDone}},
+        // Unreadable versions report the installed text twice; a missing setting, two blanks.
+        {{{"Alpha Mixer", "2.0"}, {"Beta", "one"}},
+         "Alpha Mixer|3.0.1|u\nBeta|2.0|u",
+         {},
+         {{false, "Incorrectly formatted version for Alpha Mixer 2.0 2.0"},
+          {false, "Incorrectly formatted version for Beta one one"},
+          kDone}},
+        {{{"Alpha Mixer", String()}},
+         "Alpha Mixer|3.0|u",
+         {},
+         {{false, "Incorrectly formatted version for Alpha Mixer  "}, kDone}},
+        // Keys match exactly; unknown products pass silently.
+        {{{"Alpha Mixer", "1.0"}, {"Gamma", "1.0"}},
+         "alpha mixer|2|u\nAlpha Mixer |2|u\nDelta|2|u\nAlpha Mixer|2|u",
+         {"Alpha Mixer|1.0|2|u|[]|(null)"},
+         {kDone}},
+        // The reports follow the file.
+        {{{"Good", "1.0"}, {"Odd", "x"}},
+         "Good|1.1|u\nno fields\nOdd|2|u\nNotInstalled|9|u\nGood|0.9|u\n",
+         {"Good|1.0|1.1|u|[]|(null)"},
+         {kBadLine, {false, "Incorrectly formatted version for Odd x x"}, kBadLine, kDone}},
+    };
+    for (Case const& c : cases)
+    {
+        MemorySettings settings;
+        for (Installed const& product : c.installed)
+            settings.Install(product.key, product.version);
+        Pass pass = run(c.text, settings);
+        EXPECT_EQ(described(pass), c.entries) << c.text;
+        EXPECT_EQ(pass.reports, c.reports) << c.text;
+        EXPECT_EQ(settings.keyPaths, std::vector<std::string>{"InstalledProducts"}) << c.text;
+    }
 
-//-------------------------------------------------------------------------------------------------
-// Line grammar and entry fields
-//-------------------------------------------------------------------------------------------------
-
-TEST(VersionsLines, FiveFieldLineFillsEveryField)
-{
+    // Only the installed product's setting is read, and only for a well-formed line.
     MemorySettings settings;
     settings.Install("Alpha Mixer", "3.0");
-    Pass pass = run("Alpha Mixer|3.01|link-url|mac,win|note", settings);
-    EXPECT_EQ(pass.reports, std::vector<Report>{kDone});
-    ASSERT_EQ(pass.entries.size(), 1u);
-    Updater::UpdateEntry const& e = *pass.entries[0];
-    EXPECT_EQ(bytes(e.productName), "Alpha Mixer");
-    EXPECT_EQ(bytes(e.installedVersion), "3.0");
-    EXPECT_EQ(bytes(e.availableVersion), "3.01");
-    EXPECT_EQ(bytes(e.updateUrl), "link-url");
-    ASSERT_EQ(e.extraList.size(), 2u);
-    EXPECT_EQ(bytes(e.extraList[0]), "mac");
-    EXPECT_EQ(bytes(e.extraList[1]), "win");
-    EXPECT_EQ(bytes(e.extraText), "note");
+    run("Alpha Mixer|3.01|u\nAlpha Mixer|3.0\nBeta|2|u", settings);
     EXPECT_EQ(settings.valuePaths,
               std::vector<std::string>{"InstalledProducts/Alpha Mixer/CurrentVersion"});
 }
 
-TEST(VersionsLines, OptionalFieldsStayEmptyOrNull)
-{
-    MemorySettings settings;
-    settings.Install("A", "1");
-    Pass pass = run("A|2|u\nA|2|u|x,,y\nA|2||\nA|2|u|l|t|sixth|seventh", settings);
-    EXPECT_EQ(pass.reports, std::vector<Report>{kDone});
-    ASSERT_EQ(pass.entries.size(), 4u);
-
-    EXPECT_TRUE(pass.entries[0]->extraList.empty());
-    EXPECT_TRUE(pass.entries[0]->extraText.IsNull());
-
-    ASSERT_EQ(pass.entries[1]->extraList.size(), 3u);
-    EXPECT_TRUE(pass.entries[1]->extraList[1].IsEmpty());
-    EXPECT_TRUE(pass.entries[1]->extraText.IsNull());
-
-    // An empty field is a field.
-    EXPECT_TRUE(pass.entries[2]->updateUrl.IsEmpty());
-    ASSERT_EQ(pass.entries[2]->extraList.size(), 1u);
-    EXPECT_TRUE(pass.entries[2]->extraList[0].IsEmpty());
-
-    EXPECT_EQ(bytes(pass.entries[3]->extraText), "t");
-}
-
-TEST(VersionsLines, TooFewFieldsIsReportedEvenForAnInstalledProduct)
-{
-    MemorySettings settings;
-    settings.Install("Alpha Mixer", "1.0");
-    Pass pass = run("Alpha Mixer|3.0\n\n|", settings);
-    EXPECT_TRUE(pass.entries.empty());
-    EXPECT_EQ(pass.reports, (std::vector<Report>{kBadLine, kBadLine, kBadLine, kDone}));
-    EXPECT_TRUE(settings.valuePaths.empty());
-}
-
-TEST(VersionsLines, TrailingNewlineGivesOneMalformedLine)
-{
-    MemorySettings settings;
-    settings.Install("A", "1.0");
-    Pass pass = run("A|2.0|u\n", settings);
-    EXPECT_EQ(pass.entries.size(), 1u);
-    EXPECT_EQ(pass.reports, (std::vector<Report>{kBadLine, kDone}));
-}
-
-TEST(VersionsLines, CrLfEndsStayInTheLastField)
-{
-    MemorySettings settings;
-    settings.Install("A", "1.0");
-    settings.Install("B", "1.0\r");
-    Pass pass = run("A|2.0|http://x/a\r\nB|2.0\r|u|p,q\r\nA|3|ht\rtp://y|l|note\r\n", settings);
-    EXPECT_EQ(pass.reports, (std::vector<Report>{kBadLine, kDone}));
-    ASSERT_EQ(pass.entries.size(), 3u);
-    EXPECT_EQ(bytes(pass.entries[0]->updateUrl), "http://x/a");
-    EXPECT_EQ(bytes(pass.entries[1]->availableVersion), "2.0\r");
-    EXPECT_EQ(bytes(pass.entries[1]->installedVersion), "1.0\r");
-    ASSERT_EQ(pass.entries[1]->extraList.size(), 2u);
-    EXPECT_EQ(bytes(pass.entries[1]->extraList[1]), "q\r");
-    EXPECT_EQ(bytes(pass.entries[2]->updateUrl), "http://y");
-    EXPECT_EQ(bytes(pass.entries[2]->extraText), "note\r");
-}
-
-//-------------------------------------------------------------------------------------------------
-// The decision
-//-------------------------------------------------------------------------------------------------
-
-TEST(VersionsDecision, NewerMeansStrictlyGreaterAsFloat)
+TEST(ParseVersionsText, NewerMeansStrictlyGreaterAsFloat)
 {
     struct Case
     {
@@ -207,42 +209,7 @@ TEST(VersionsDecision, NewerMeansStrictlyGreaterAsFloat)
     }
 }
 
-TEST(VersionsDecision, UnreadableVersionsReportTheInstalledTextTwice)
-{
-    MemorySettings settings;
-    settings.Install("Alpha Mixer", "2.0");
-    settings.Install("Beta", "one");
-    Pass pass = run("Alpha Mixer|3.0.1|u\nBeta|2.0|u", settings);
-    EXPECT_TRUE(pass.entries.empty());
-    EXPECT_EQ(pass.reports,
-              (std::vector<Report>{{false, "Incorrectly formatted version for Alpha Mixer 2.0 2.0"},
-                                   {false, "Incorrectly formatted version for Beta one one"},
-                                   kDone}));
-}
-
-TEST(VersionsDecision, MissingSettingLeavesTwoBlanks)
-{
-    MemorySettings settings;
-    settings.Install("Alpha Mixer", String());
-    Pass pass = run("Alpha Mixer|3.0|u", settings);
-    EXPECT_TRUE(pass.entries.empty());
-    EXPECT_EQ(
-        pass.reports,
-        (std::vector<Report>{{false, "Incorrectly formatted version for Alpha Mixer  "}, kDone}));
-}
-
-TEST(VersionsDecision, KeysMatchExactlyAndUnknownProductsPassSilently)
-{
-    MemorySettings settings;
-    settings.Install("Alpha Mixer", "1.0");
-    settings.Install("Gamma", "1.0");
-    Pass pass = run("alpha mixer|2|u\nAlpha Mixer |2|u\nDelta|2|u\nAlpha Mixer|2|u", settings);
-    ASSERT_EQ(pass.entries.size(), 1u);
-    EXPECT_EQ(bytes(pass.entries[0]->productName), "Alpha Mixer");
-    EXPECT_EQ(pass.reports, std::vector<Report>{kDone});
-}
-
-TEST(VersionsDecision, FileOrderWithoutDeduplication)
+TEST(ParseVersionsText, AppendsInFileOrderWithoutDeduplication)
 {
     MemorySettings settings;
     settings.Install("B", "1");
@@ -250,32 +217,12 @@ TEST(VersionsDecision, FileOrderWithoutDeduplication)
     Pass pass;
     pass.entries.push_back(boost::shared_ptr<Updater::UpdateEntry>(new Updater::UpdateEntry));
     Updater::ParseVersionsText("A|2|first\nB|2|second\nA|3|third", settings, pass.entries,
-                               [&pass](bool ok, String const& text)
-                               { pass.reports.emplace_back(ok, text.CStr()); });
-    ASSERT_EQ(pass.entries.size(), 4u);
-    EXPECT_TRUE(pass.entries[0]->productName.IsEmpty()); // what the caller had stays
-    EXPECT_EQ(bytes(pass.entries[1]->updateUrl), "first");
-    EXPECT_EQ(bytes(pass.entries[2]->updateUrl), "second");
-    EXPECT_EQ(bytes(pass.entries[3]->updateUrl), "third");
-    EXPECT_EQ(bytes(pass.entries[3]->availableVersion), "3");
+                               [](bool, String const&) {});
+    // What the caller had stays.
+    EXPECT_EQ(described(pass), (std::vector<std::string>{
+                                   "(null)|(null)|(null)|(null)|[]|(null)", "A|1|2|first|[]|(null)",
+                                   "B|1|2|second|[]|(null)", "A|1|3|third|[]|(null)"}));
 }
-
-TEST(VersionsDecision, StatusSequenceFollowsTheFile)
-{
-    MemorySettings settings;
-    settings.Install("Good", "1.0");
-    settings.Install("Odd", "x");
-    Pass pass = run("Good|1.1|u\nno fields\nOdd|2|u\nNotInstalled|9|u\nGood|0.9|u\n", settings);
-    EXPECT_EQ(pass.entries.size(), 1u);
-    EXPECT_EQ(
-        pass.reports,
-        (std::vector<Report>{
-            kBadLine, {false, "Incorrectly formatted version for Odd x x"}, kBadLine, kDone}));
-}
-
-//-------------------------------------------------------------------------------------------------
-// Settings through the abstract interface
-//-------------------------------------------------------------------------------------------------
 
 namespace
 {
@@ -294,7 +241,7 @@ public:
 
 } // namespace
 
-TEST(VersionsSettings, AcceptsAnyImplementationOfTheInterface)
+TEST(ParseVersionsText, AcceptsAnyImplementationOfTheSettings)
 {
     FixedSettings settings;
     std::vector<boost::shared_ptr<Updater::UpdateEntry>> entries;

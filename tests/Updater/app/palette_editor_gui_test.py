@@ -100,15 +100,6 @@ class PaletteEditorSession(unittest.TestCase):
         x, y = self.at(path, dx, dy)
         self.x("mousemove", "--sync", x, y, "click", button)
 
-    def windows_named(self, name):
-        run = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % name],
-                             env=self.env, capture_output=True, text=True, timeout=20)
-        return run.stdout.split()
-
-    def wait_window(self, name):
-        self.d.wait_until(lambda: self.windows_named(name), timeout=10)
-        return self.windows_named(name)[0]
-
     def screen_pixel(self, x, y):
         """The screen's colour at (x, y) as "RRGGBB"."""
         run = subprocess.run(["import", "-window", "root", "-crop", "1x1+%d+%d" % (x, y),
@@ -153,15 +144,15 @@ class PaletteEditorSession(unittest.TestCase):
         for _ in range(2):
             self.assertEqual({}, d.call("executeConsoleCommand", command="editpalette"))
             d.wait_for_widget(LIST, timeout=10)
-        editor_window = self.wait_window("Palette Editor")
-        self.assertEqual([editor_window], self.windows_named("Palette Editor"))
+        editor_window = gui_test.wait_visible(self.display, "Palette Editor")[0]
+        self.assertEqual([editor_window], gui_test.visible_windows(self.display, "Palette Editor"))
         editor = d.widget_info(EDITOR)
         self.assertEqual((410, 400), (int(editor["width"]), int(editor["height"])))
         self.assertEqual("6", d.widget_info(LIST)["itemCount"])
 
         # The search ignores case.
         self.click(EDITOR + "|Search Edit")
-        self.wait_window("Inline Editor")
+        gui_test.wait_visible(self.display, "Inline Editor")
         self.x("type", "--delay", "30", "BUTTON")
         self.x("key", "Return")
         d.wait_until(lambda: d.widget_info(LIST)["itemCount"] == "4", timeout=10)
@@ -239,7 +230,7 @@ class PaletteEditorSession(unittest.TestCase):
         self.quit()
 
     def focus_window(self, name):
-        window = self.wait_window(name)
+        window = gui_test.wait_visible(self.display, name)[0]
         self.x("windowactivate", "--sync", window)
 
 

@@ -32,6 +32,7 @@ ARTIFACTS = None
 SOURCE = gui_test.SOURCE
 DOMAIN = "com.tavorin.updater"
 MAIN = "Updater Main Window"
+GEOMETRY = "HostWindowGeometry/Updater Host Window.Geometry"
 ERROR_TEXT = ("An error occurred while checking for updates.  Please check your network "
               "connection or visit 127.0.0.1 to download all of the latest Tavorin updates.")
 
@@ -49,7 +50,7 @@ def versions(site, lines):
                    for name, version, slug in lines).encode()
 
 
-def banner_page(site, alt="Spring sale"):
+def banner_page(site, alt):
     return ('<html><body><a href="%s"><img src="%s" width="446" height="64" alt="%s"></a>'
             '</body></html>' % (site.url("/products/"), site.url("/updater/banner.png"),
                                 alt)).encode()
@@ -327,11 +328,8 @@ class UpdaterRuns(unittest.TestCase):
 
         # A click on "Update" opens the row's page through xdg-open.
         self.click(d, row % "Gamma Reverb" + "|Update Link")
-        deadline = time.monotonic() + 10
-        while not os.path.exists(self.opened) and time.monotonic() < deadline:
-            time.sleep(0.05)
-        with open(self.opened) as f:
-            self.assertEqual(site.url("/products/gamma-reverb/"), f.read().strip())
+        self.assertEqual(site.url("/products/gamma-reverb/") + "\n",
+                         self.wait_for_file(self.opened))
 
         self.assertIsNone(p.poll())
 
@@ -344,7 +342,7 @@ class UpdaterRuns(unittest.TestCase):
         self.assertLessEqual(started, values["LastUpdateCheckTime"])
         self.assertLessEqual(values["LastUpdateCheckTime"], time.time())
         # Settings keep "/" inside flat key names.
-        self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", values)
+        self.assertIn(GEOMETRY, values)
 
     def test_links_open_through_gio_or_show_their_address(self):
         site = self.standard_site()
@@ -359,11 +357,16 @@ class UpdaterRuns(unittest.TestCase):
         self.click(d, link)
         self.assertEqual("open %s\n" % site.url("/products/alpha-mixer/"),
                          self.wait_for_file(self.opened))
-        self.click(d, MAIN + "|Close Button")
+        # Ctrl+Q, the Quit of this host, in the main window ends the run as Close does.
+        window = self.x_window_of(d, p, MAIN)
+        gui_test.xdotool(self.display, "windowfocus", "--sync", window, "key", "ctrl+q")
         self.assertEqual(0, self.wait_exit(p))
+        self.assertIn(GEOMETRY, self.settings())
 
         # With no opener at all, a message box gives the address instead, and the program
         # runs on once it is dismissed.
+        subprocess.run([os.path.join(ARGS.bin, "tvdefaults"), "delete", DOMAIN, GEOMETRY],
+                       env=self.env, check=True, timeout=10)
         self.env["PATH"] = self.stand_in_path("true", "exit 0\n")
         p = self.start(site.host)
         d = self.driver(p)
@@ -375,8 +378,12 @@ class UpdaterRuns(unittest.TestCase):
         d.wait_until(lambda: not [w for w, n in gui_test.top_windows(self.display)
                                   if n == "Cannot Open Link"], timeout=10)
         self.assertIsNone(p.poll())
-        self.click(d, MAIN + "|Close Button")
+        # The main window's close box ends the program like Close.
+        self.close_box(d, p)
         self.assertEqual(0, self.wait_exit(p))
+        values = self.settings()
+        self.assertEqual("", values.get("LastResult"))
+        self.assertIn(GEOMETRY, values)
 
     def _visible_tip(self, d):
         """The tool tip's info while it shows; None otherwise."""
@@ -452,17 +459,6 @@ class UpdaterRuns(unittest.TestCase):
 
     # ---- the close boxes
 
-    def threads(self, p):
-        """The names of the program's threads."""
-        names = []
-        for task in os.listdir("/proc/%d/task" % p.pid):
-            try:
-                with open("/proc/%d/task/%s/comm" % (p.pid, task)) as f:
-                    names.append(f.read().strip())
-            except OSError:
-                pass
-        return names
-
     def close_box(self, d, p, widget=MAIN):
         """Clicks the close box of the window whose frame holds `widget`, as a window manager
         passes that click on: WM_DELETE_WINDOW to the program, which decides what happens."""
@@ -470,19 +466,7 @@ class UpdaterRuns(unittest.TestCase):
         gui_test.request_close(self.display, window)
         return window
 
-    def test_main_window_close_box_ends_the_program_like_close(self):
-        site = self.standard_site()
-        self.install("Alpha Mixer", "3.0")
-        p = self.start(site.host)
-        d = self.driver(p)
-        self.main_shown(d, p)
-        self.close_box(d, p)
-        self.assertEqual(0, self.wait_exit(p))
-        values = self.settings()
-        self.assertEqual("", values.get("LastResult"))
-        self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", values)
-
-    def test_connecting_close_box_and_ctrl_q_quit(self):
+    def test_connecting_close_box_quits(self):
         # With no menu bar, the connecting window's close box is the only way out while the
         # check runs: it quits, though the check goes on.
         site = self.standard_site()
@@ -493,20 +477,10 @@ class UpdaterRuns(unittest.TestCase):
         d.wait_for_widget(MAIN + "|Cancel Button", timeout=10)
         self.close_box(d, p)
         self.assertEqual(0, self.wait_exit(p))
-        site.release.set()
-
-        # Ctrl+Q, the Quit of this host, in the main window ends the run as Close does.
-        p = self.start(site.host)
-        d = self.driver(p)
-        self.main_shown(d, p)
-        window = self.x_window_of(d, p, MAIN)
-        gui_test.xdotool(self.display, "windowfocus", "--sync", window, "key", "ctrl+q")
-        self.assertEqual(0, self.wait_exit(p))
-        self.assertIn("HostWindowGeometry/Updater Host Window.Geometry", self.settings())
 
     # ---- silent runs
 
-    def test_silent_without_updates_exits_and_shows_nothing(self):
+    def test_silent_runs_show_nothing_or_start_the_visible_copy(self):
         site = self.standard_site()
         self.install("Alpha Mixer", "3.2")
         p = self.start(site.host, None, "-silent")
@@ -516,8 +490,7 @@ class UpdaterRuns(unittest.TestCase):
                                  env=self.env, stdout=subprocess.PIPE, text=True, timeout=10)
         self.assertEqual("", listing.stdout.strip())
 
-    def test_silent_with_updates_starts_the_visible_copy(self):
-        site = self.standard_site()
+        # With an update, the silent run starts the visible copy.
         self.install("Alpha Mixer", "3.0")
         p = self.start(site.host, None, "unknown", "-silent")
         self.assertEqual(0, self.wait_exit(p))
@@ -575,15 +548,9 @@ class UpdaterRuns(unittest.TestCase):
         self.click(d, MAIN + "|Close Button")
         self.assertEqual(0, self.wait_exit(p))
 
-    def test_banner_grows_the_window_and_carries_its_tool_tip(self):
-        site = self.standard_site()
-        site.pages["/updater/"] = banner_page(site, "Spring sale on every plug-in")
-        site.pages["/updater/banner.png"] = banner_png()
-        self.install("Alpha Mixer", "3.0")
-        p = self.start(site.host)
-        d = self.driver(p)
-        self.main_shown(d, p)
-        banner = d.wait_for_widget(MAIN + "|MessageButton", timeout=10)
+    def check_banner(self, d, p, site):
+        """The banner grows the window and carries its tool tip; a click opens its page."""
+        banner = d.widget_info(MAIN + "|MessageButton")
         self.assertEqual(358, int(banner["y"]))
         self.assertEqual(64, int(banner["height"]))
         self.assertEqual(358 + 64, int(d.widget_info(MAIN)["height"]))
@@ -609,29 +576,22 @@ class UpdaterRuns(unittest.TestCase):
         self.assert_on_screen(d, p, "banner-after-tip")
 
         self.click(d, MAIN + "|MessageButton")
-        deadline = time.monotonic() + 10
-        while not os.path.exists(self.opened) and time.monotonic() < deadline:
-            time.sleep(0.05)
-        with open(self.opened) as f:
-            self.assertEqual(site.url("/products/"), f.read().strip())
-        self.click(d, MAIN + "|Close Button")
-        self.assertEqual(0, self.wait_exit(p))
+        self.assertEqual(site.url("/products/") + "\n", self.wait_for_file(self.opened))
 
-    def test_window_geometry_is_remembered_across_runs(self):
+    def test_banner_and_window_geometry_across_runs(self):
         # The window is moved in the first run; every later one, with the banner growing the
         # window and a silent run in between, shows it at that same place and size, and the
         # settings keep the one rectangle.
         site = self.standard_site()
-        site.pages["/updater/"] = banner_page(site)
+        site.pages["/updater/"] = banner_page(site, "Spring sale on every plug-in")
         site.pages["/updater/banner.png"] = banner_png()
         self.install("Alpha Mixer", "3.0")
-        key = "HostWindowGeometry/Updater Host Window.Geometry"
         places = []
         saved = []
         for run in range(5):
             if run == 3:
                 self.assertEqual(0, self.wait_exit(self.start(site.host, None, "-silent")))
-                self.assertEqual(saved[-1], self.settings()[key])
+                self.assertEqual(saved[-1], self.settings()[GEOMETRY])
                 # Its visible copy ends unseen, saving nothing.
                 self.kill_strays()
             p = self.start(site.host)
@@ -640,6 +600,7 @@ class UpdaterRuns(unittest.TestCase):
             d.wait_for_widget(MAIN + "|MessageButton", timeout=10)
             window = self.x_window_of(d, p, MAIN)
             if run == 0:
+                self.check_banner(d, p, site)
                 before = self.mapped_windows(p)[window]
                 gui_test.xdotool(self.display, "windowmove", window, 37, 41)
                 d.wait_until(lambda: self.mapped_windows(p)[window] != before, timeout=5)
@@ -649,7 +610,7 @@ class UpdaterRuns(unittest.TestCase):
             places.append(self.mapped_windows(p)[window])
             self.click(d, MAIN + "|Close Button")
             self.assertEqual(0, self.wait_exit(p))
-            saved.append(self.settings()[key])
+            saved.append(self.settings()[GEOMETRY])
             d.close()
             self.drivers.remove(d)
         self.assertEqual([places[0]] * 5, places)

@@ -56,6 +56,7 @@ class Controls(unittest.TestCase):
         gui_test.click(cls.display, x, y)
         cls.d.wait_for_widget(PAGE + "|Gain Knob", timeout=15)
         cls.window = cls.find_window(PAGE)
+        cls.wm = gui_test.window_manager_running(cls.display)
 
     @classmethod
     def tearDownClass(cls):
@@ -171,12 +172,7 @@ class Controls(unittest.TestCase):
         self.press("click", "3")
         self.find_window("Popup Menu")
         self.x("key", letter)
-        deadline = time.monotonic() + 5
-        while subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Popup Menu$"],
-                             env=gui_test.x_env(self.display),
-                             stdout=subprocess.DEVNULL).returncode == 0:
-            self.assertLess(time.monotonic(), deadline, "the menu stays open")
-            time.sleep(0.05)
+        gui_test.wait_visible(self.display, "Popup Menu", False, timeout=5)
 
     def settle(self, name, key, want, timeout=5):
         """The widget's `key` once it equals `want` (bounded wait for the program to catch up)."""

@@ -102,9 +102,7 @@ class GallerySession(unittest.TestCase):
             "the check box shows no change after an in-place edit")
 
     def tip_shown(self):
-        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name",
-                               "^ToolTip HostWindow$"], env=gui_test.x_env(self.display),
-                              capture_output=True).returncode == 0
+        return bool(gui_test.visible_windows(self.display, "ToolTip HostWindow"))
 
     def rest_on_tip_target(self):
         x, y = self.centre("ToolTip Target")

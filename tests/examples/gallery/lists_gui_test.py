@@ -84,22 +84,6 @@ class Lists(unittest.TestCase):
     def info(self, path, key):
         return self.driver.widget_info(path)[key]
 
-    def shown(self, name):
-        """True when a window named `name` is on the screen (under openbox, inside a frame)."""
-        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % name],
-                              env=gui_test.x_env(self.display), capture_output=True,
-                              timeout=20).returncode == 0
-
-    def wait_window(self, name, present=True):
-        deadline = time.monotonic() + 10
-        while self.shown(name) != present:
-            self.assertLess(time.monotonic(), deadline,
-                            "window %s %s" % (name, "never shows" if present else "stays"))
-            time.sleep(0.1)
-
-    def wait_gone(self, name):
-        self.wait_window(name, False)
-
     # ---- the session
 
     def test_lists_in_use(self):
@@ -139,16 +123,16 @@ class Lists(unittest.TestCase):
         combo = d.widget_info(COMBO)
         self.xdo("mousemove", "--sync", int(combo["screenX"]) + int(combo["width"]) - 30,
                  int(combo["screenY"]) + 10, "click", 1)
-        self.wait_window("ComboBox Popup Host Window")
+        gui_test.wait_visible(self.display, "ComboBox Popup Host Window")
         self.xdo("key", "--delay", "80", "Down", "Down", "Return")
         self.line("combo chose Cherry")
-        self.wait_gone("ComboBox Popup Host Window")
+        gui_test.wait_visible(self.display, "ComboBox Popup Host Window", False)
         self.assertEqual("Cherry", self.info(COMBO, "selectedItem"))
         # Opened again and left with Escape: nothing changes.
         self.xdo("click", 1)
-        self.wait_window("ComboBox Popup Host Window")
+        gui_test.wait_visible(self.display, "ComboBox Popup Host Window")
         self.xdo("key", "Escape")
-        self.wait_gone("ComboBox Popup Host Window")
+        gui_test.wait_visible(self.display, "ComboBox Popup Host Window", False)
         self.assertEqual("Cherry", self.info(COMBO, "selectedItem"))
 
         # The tree: "Group 1" opened on its triangle, its first item selected, then a search.
@@ -160,7 +144,7 @@ class Lists(unittest.TestCase):
         self.assertEqual("Item 1.0", self.info(TREE, "selectedItem"))
         self.xdo("mousemove", "--sync", *self.at(PAGE + "|Tree Search Edit", 40, 10))
         self.xdo("click", 1)
-        self.wait_window("Inline Editor")
+        gui_test.wait_visible(self.display, "Inline Editor")
         self.xdo("type", "--delay", "40", "Leaf 3.4")
         self.xdo("key", "Return")
         # "Group 3", "Item 3.4" and its ten leaves.
@@ -171,20 +155,20 @@ class Lists(unittest.TestCase):
         spot = (int(page["screenX"]) + 60, int(page["screenY"]) + int(page["height"]) - 20)
         self.xdo("mousemove", "--sync", *spot)
         self.xdo("click", 3)
-        self.wait_window("Popup Menu")
+        gui_test.wait_visible(self.display, "Popup Menu")
         self.xdo("key", "--delay", "80", "Down", "Down", "Right", "Down", "Return")
         self.line("menu chose 12")
         notice = d.wait_for_notice(lambda n: n.kind == "EVNT Done" and n.texts[:1] == ["PopupMenu"])
         self.assertEqual(["PopupMenu", "Show", "Copy|Paste||Colour|Help", "12"], notice.texts)
-        self.wait_gone("Popup Menu")
+        gui_test.wait_visible(self.display, "Popup Menu", False)
         # Escape leaves the submenu first, then the menu.
         self.xdo("click", 3)
-        self.wait_window("Popup Menu")
+        gui_test.wait_visible(self.display, "Popup Menu")
         self.xdo("key", "--delay", "80", "c", "Escape", "Escape")
         self.line("menu dismissed")
         # A press outside the menu, on the list, dismisses it and selects nothing.
         self.xdo("click", 3)
-        self.wait_window("Popup Menu")
+        gui_test.wait_visible(self.display, "Popup Menu")
         self.press_row(LIST, 1)
         self.line("menu dismissed")
         self.assertEqual("Row 9999", self.info(LIST, "selectedItem"))
@@ -200,13 +184,13 @@ class Lists(unittest.TestCase):
         self.start(empty)
         self.xdo("mousemove", "--sync", *self.at(PAGE + "|Save File Button", 50, 12))
         self.xdo("click", 1)
-        self.wait_window("Inline Editor")
+        gui_test.wait_visible(self.display, "Inline Editor")
         self.xdo("type", "--delay", "40", "/tmp/typed")
         self.xdo("key", "Return")
         self.line("file /tmp/typed.png")
         self.xdo("mousemove", "--sync", *self.at(PAGE + "|Open Folder Button", 50, 12))
         self.xdo("click", 1)
-        self.wait_window("Inline Editor")
+        gui_test.wait_visible(self.display, "Inline Editor")
         self.xdo("key", "Escape")
         self.line("file cancelled")
 

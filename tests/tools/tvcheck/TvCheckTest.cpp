@@ -3,19 +3,11 @@
 #include "TvBase/Util/ConfigFile.h"
 
 #include "tests/support/HttpFixture.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/RunProgram.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <memory>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-extern char** environ;
 
 using TestSupport::HttpFixture;
 using TestSupport::ReadFile;
@@ -39,29 +31,28 @@ boost::shared_ptr<Updater::UpdateEntry> entry(char const* product, char const* i
 
 } // namespace
 
-TEST(CheckReport, LinesKeepFourTabSeparatedFields)
+TEST(CheckReport, LinesAndJson)
 {
     EXPECT_EQ("", Updater::FormatUpdatesAsLines({}));
     EXPECT_EQ("Alpha Mixer\t3.0\t3.01\thttp://a/\n"
               "Odd Tab Name\t1\t2\thttp://b/ x\n",
               Updater::FormatUpdatesAsLines({entry("Alpha Mixer", "3.0", "3.01", "http://a/"),
                                              entry("Odd\tTab\nName", "1", "2", "http://b/\tx")}));
-}
-
-TEST(CheckReport, JsonEscapesTextAndRepairsBadBytes)
-{
-    EXPECT_EQ("[]\n", Updater::FormatUpdatesAsJson({}));
-    EXPECT_EQ("[\n"
-              "  {\"product\": \"Alpha \\\"Pro\\\"\", \"installed\": \"3.0\", \"available\": "
-              "\"3.01\", \"link\": \"http://a/\\\\x\"},\n"
-              "  {\"product\": \"Caf\xC3\xA9\\u0001\", \"installed\": \"\\ufffd1\", "
-              "\"available\": \"2\\t\", \"link\": \"\"}\n"
-              "]\n",
-              Updater::FormatUpdatesAsJson(
-                  {entry("Alpha \"Pro\"", "3.0", "3.01", "http://a/\\x"), entry("Caf\xC3\xA9\x01",
-                                                                                "\xFF"
-                                                                                "1",
-                                                                                "2\t", "")}));
+    { // Json escapes text and repairs bad bytes.
+        EXPECT_EQ("[]\n", Updater::FormatUpdatesAsJson({}));
+        EXPECT_EQ(
+            "[\n"
+            "  {\"product\": \"Alpha \\\"Pro\\\"\", \"installed\": \"3.0\", \"available\": "
+            "\"3.01\", \"link\": \"http://a/\\\\x\"},\n"
+            "  {\"product\": \"Caf\xC3\xA9\\u0001\", \"installed\": \"\\ufffd1\", "
+            "\"available\": \"2\\t\", \"link\": \"\"}\n"
+            "]\n",
+            Updater::FormatUpdatesAsJson(
+                {entry("Alpha \"Pro\"", "3.0", "3.01", "http://a/\\x"), entry("Caf\xC3\xA9\x01",
+                                                                              "\xFF"
+                                                                              "1",
+                                                                              "2\t", "")}));
+    }
 }
 
 // ---- the program, end to end
@@ -69,12 +60,7 @@ TEST(CheckReport, JsonEscapesTextAndRepairsBadBytes)
 namespace
 {
 
-struct RunResult
-{
-    int status = -1;
-    std::string out;
-    std::string err;
-};
+using RunResult = TestSupport::ToolRun;
 
 class TvCheckTest : public ::testing::Test
 {
@@ -94,50 +80,15 @@ protected:
         settings->Synchronize();
     }
 
-    /// Runs tvcheck with these settings and update host; its output goes through files.
-    RunResult Run(std::vector<std::string> arguments)
+    /// Runs tvcheck with these settings and update host.
+    RunResult Run(std::vector<std::string> const& arguments)
     {
-        std::string const program = std::string(TV_BINARY_DIR) + "/bin/tvcheck";
-        std::vector<std::string> environment = {"XDG_CONFIG_HOME=" + configHome,
-                                                "TV_UPDATE_HOST=" + updateHost};
-        for (char** e = environ; *e; ++e)
-            if (std::strncmp(*e, "XDG_CONFIG_HOME=", 16) != 0 &&
-                std::strncmp(*e, "TV_UPDATE_HOST=", 15) != 0)
-                environment.push_back(*e);
-        std::vector<char*> envp;
-        for (std::string& e : environment)
-            envp.push_back(e.data());
-        envp.push_back(nullptr);
-        arguments.insert(arguments.begin(), program);
-        std::vector<char*> argv;
-        for (std::string& a : arguments)
-            argv.push_back(a.data());
-        argv.push_back(nullptr);
-
-        std::string const outFile = stdoutPath.empty() ? output.Path() + "/out" : stdoutPath;
-        std::string const errFile = output.Path() + "/err";
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 1, outFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                         0600);
-        posix_spawn_file_actions_addopen(&actions, 2, errFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                         0600);
-        RunResult result;
-        pid_t child = -1;
-        if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), envp.data()) == 0)
-        {
-            int status = 0;
-            waitpid(child, &status, 0);
-            result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        }
-        posix_spawn_file_actions_destroy(&actions);
-        result.out = stdoutPath.empty() ? ReadFile(outFile) : std::string();
-        result.err = ReadFile(errFile);
-        return result;
+        return TestSupport::RunProgram(
+            std::string(TV_BINARY_DIR) + "/bin/tvcheck", arguments,
+            {"XDG_CONFIG_HOME=" + configHome, "TV_UPDATE_HOST=" + updateHost}, stdoutPath);
     }
 
     TempFolder settingsFolder{"tv-tvcheck-settings"};
-    TempFolder output{"tv-tvcheck-output"};
     TempFolder served{"tv-tvcheck-served"};
     HttpFixture server{served.Path()};
     std::unique_ptr<Util::ConfigFile> settings;
@@ -218,33 +169,32 @@ TEST_F(TvCheckTest, FailedChecksExitOneWithTheReason)
     run = Run({});
     EXPECT_EQ(1, run.status);
     EXPECT_EQ("tvcheck: TV_UPDATE_HOST is not a usable host: gopher://nowhere\n", run.err);
-}
-
-TEST_F(TvCheckTest, FailedTransfersEndAtOnceWithTheirReason)
-{
-    Install("Alpha Mixer", "1.0");
-    HttpFixture tls(std::string(), false);
-    std::string const plainPort = std::to_string(tls.GetPort());
-    struct Case
-    {
-        std::string url;
-        char const* expected;
-    };
-    // Without failing fast each would wait for the whole time-out and give no reason.
-    Case const cases[] = {
-        {server.ClosedUrl("/file"), "tvcheck: cannot connect to 127.0.0.1:"},
-        {"https://127.0.0.1:" + plainPort + "/file", "tvcheck: cannot fetch https://127.0.0.1:"},
-        {server.Url("/redirect/21"), "tvcheck: too many redirects (more than 20) from "},
-    };
-    for (Case const& c : cases)
-    {
-        RunResult run = Run({"--url", c.url, "--timeout", "60"});
-        EXPECT_EQ(1, run.status) << c.url;
-        EXPECT_EQ(0u, run.err.find(c.expected)) << run.err;
-        EXPECT_EQ("", run.out);
+    { // Failed transfers end at once with their reason.
+        Install("Alpha Mixer", "1.0");
+        HttpFixture tls(std::string(), false);
+        std::string const plainPort = std::to_string(tls.GetPort());
+        struct Case
+        {
+            std::string url;
+            char const* expected;
+        };
+        // Without failing fast each would wait for the whole time-out and give no reason.
+        Case const cases[] = {
+            {server.ClosedUrl("/file"), "tvcheck: cannot connect to 127.0.0.1:"},
+            {"https://127.0.0.1:" + plainPort + "/file",
+             "tvcheck: cannot fetch https://127.0.0.1:"},
+            {server.Url("/redirect/21"), "tvcheck: too many redirects (more than 20) from "},
+        };
+        for (Case const& c : cases)
+        {
+            RunResult run = Run({"--url", c.url, "--timeout", "60"});
+            EXPECT_EQ(1, run.status) << c.url;
+            EXPECT_EQ(0u, run.err.find(c.expected)) << run.err;
+            EXPECT_EQ("", run.out);
+        }
+        // Twenty redirects are still followed.
+        EXPECT_EQ(10, Run({"--url", server.Url("/redirect/20")}).status);
     }
-    // Twenty redirects are still followed.
-    EXPECT_EQ(10, Run({"--url", server.Url("/redirect/20")}).status);
 }
 
 TEST_F(TvCheckTest, AReportOrRecordThatCannotBeWrittenFails)
