@@ -34,6 +34,9 @@ ProgramItem::ProgramItem(Frame* frame, Window* parent, String const& name, Strin
     static String const linkText("Update");
     static String const none("");
     static String const layoutName("ProgramItem");
+    // Hidden until the list places it: built in sight, every part of the row would ask for a
+    // repaint of the same spot, and a long list holds many thousands of rows out of sight.
+    Hide();
     productText = makeColumn(frame, this, productName, product);
     installedText = makeColumn(frame, this, installedName, installedVersion);
     availableText = makeColumn(frame, this, availableName, availableVersion);
