@@ -60,7 +60,9 @@ int AddButtons(Page* page, int y)
 
     // Bound to a parameter, as an on/off button must be to react to clicks, and drawn with the
     // gallery's button artwork, darker while on.
-    UI::OnOffButton* onOff = new UI::OnOffButton(frame, page, "On Off Button", &Switch());
+    // Made with its "Controller Key Path" property, so that the designer can bind it anew.
+    UI::OnOffButton* onOff = new UI::OnOffButton(frame, page, "On Off Button");
+    onOff->SetController(&Switch());
     onOff->SetStretchableOnOffPixmaps("UI/png/GalleryButton", 3, 3, 3, 3);
     onOff->SetCaption("On / off", 0xFF203020u, 0xFFFFFFFFu, 0xFFA0A0A0u, 0xFFA0A0A0u);
     onOff->SetGeometry(Left + 116, y, 100, 22);

@@ -95,7 +95,7 @@ def start_window_manager(display, timeout=60, config=None):
             if manager.poll() is not None and window_manager_running(display):
                 return None
             # A probe mapped while the manager was still starting stays unframed: try anew.
-            if probe is not None and time.monotonic() - probe_started > 1:
+            if probe is not None and time.monotonic() - probe_started > 3:
                 probe.kill()
                 probe.wait()
             if window_manager_running(display) and (probe is None or probe.poll() is not None):
