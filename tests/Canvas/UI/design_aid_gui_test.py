@@ -3,13 +3,11 @@
 Xvfb (with openbox when installed), windows and guides selected with xdotool, and the panel's
 fields read and typed into through the test bridge. Exits 77 (skipped) without a display."""
 
-import argparse
 import os
 import shutil
 import sys
 import tempfile
 import time
-import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
@@ -182,20 +180,8 @@ class DesignAid(design_gui_test.Design):
         self.assertEqual("", self.field(d, "Resource Path Edit"))
 
 
-def load_tests(loader, tests, pattern):
-    # Only the panel's own tests; the live design tests run in their own script.
-    return unittest.TestSuite(
-        DesignAid(name) for name in ("test_the_panel_shows_and_edits_the_selection",
-                                     "test_the_save_button_waits_for_the_override_folder"))
-
-
 def main(argv):
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--bin", required=True)
-    parser.add_argument("--module", required=True)
-    args, rest = parser.parse_known_args(argv)
-    design_gui_test.ARGS = args
-    return gui_test.run_tests([DesignAid], rest, wm_config=design_gui_test.OPENBOX_RC)
+    return design_gui_test.main(argv, DesignAid)
 
 
 if __name__ == "__main__":

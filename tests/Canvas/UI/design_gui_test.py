@@ -357,13 +357,19 @@ class Design(unittest.TestCase):
         self.assertEqual((x - 20, y - 10, w, h), self.rect(d, close))
 
 
-def main(argv):
+def main(argv, test_class=None):
+    """Runs the live design tests, or, for a script whose `test_class` builds on them, only the
+    tests that class defines itself; --bin and --module name the programs."""
     global ARGS
     parser = argparse.ArgumentParser()
     parser.add_argument("--bin", required=True)
     parser.add_argument("--module", required=True)
     ARGS, rest = parser.parse_known_args(argv)
-    return gui_test.run_tests([Design], rest, wm_config=OPENBOX_RC)
+    if test_class:
+        own = sorted(name for name in vars(test_class) if name.startswith("test"))
+        sys.modules["__main__"].load_tests = lambda loader, tests, pattern: unittest.TestSuite(
+            test_class(name) for name in own)
+    return gui_test.run_tests([test_class or Design], rest, wm_config=OPENBOX_RC)
 
 
 if __name__ == "__main__":

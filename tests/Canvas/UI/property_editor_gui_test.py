@@ -4,11 +4,9 @@ installed), the editor opened with the E key, windows selected with xdotool and 
 edited through the editor's fields, the colour picker, a combo box and the key-path menu, read
 back through the test bridge. Exits 77 (skipped) without a display."""
 
-import argparse
 import os
 import sys
 import time
-import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
@@ -173,18 +171,8 @@ class PropertyEditor(design_aid_gui_test.DesignAid):
         d.wait_until(lambda: self.window("Property Editor", 0) is None, timeout=10)
 
 
-def load_tests(loader, tests, pattern):
-    return unittest.TestSuite(
-        [PropertyEditor("test_the_editor_edits_colour_number_enumeration_and_key_path")])
-
-
 def main(argv):
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--bin", required=True)
-    parser.add_argument("--module", required=True)
-    args, rest = parser.parse_known_args(argv)
-    design_gui_test.ARGS = args
-    return gui_test.run_tests([PropertyEditor], rest, wm_config=design_gui_test.OPENBOX_RC)
+    return design_gui_test.main(argv, PropertyEditor)
 
 
 if __name__ == "__main__":

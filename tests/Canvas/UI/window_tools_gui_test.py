@@ -4,11 +4,9 @@ installed): windows made through the maker, placed with a click, reparented thro
 saved to the override folder and found again after a restart; the tree's and the design's
 selections followed both ways. Exits 77 (skipped) without a display."""
 
-import argparse
 import os
 import sys
 import time
-import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "support"))
@@ -152,19 +150,8 @@ class WindowTools(design_gui_test.Design):
             d.wait_for_widget(PANEL + "|" + name, timeout=10)
 
 
-def load_tests(loader, tests, pattern):
-    # Only this script's session; the live design tests run in their own script.
-    return unittest.TestSuite(
-        [WindowTools("test_windows_are_made_placed_reparented_saved_and_found_again")])
-
-
 def main(argv):
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--bin", required=True)
-    parser.add_argument("--module", required=True)
-    args, rest = parser.parse_known_args(argv)
-    design_gui_test.ARGS = args
-    return gui_test.run_tests([WindowTools], rest, wm_config=design_gui_test.OPENBOX_RC)
+    return design_gui_test.main(argv, WindowTools)
 
 
 if __name__ == "__main__":
