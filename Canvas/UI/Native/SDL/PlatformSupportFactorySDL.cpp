@@ -533,10 +533,10 @@ void PlatformSupportFactorySDL::MessageOK(String const& title, String const& tex
     // A display-less driver has no box of its own, and SDL's fallbacks would spawn a dialog
     // program that cannot open a display either and still count as shown.
     char const* driver = EnsureVideo() ? SDL_GetCurrentVideoDriver() : nullptr;
-    bool const onScreen = driver && std::strcmp(driver, "offscreen") != 0 &&
-                          std::strcmp(driver, "dummy") != 0;
-    if (onScreen && SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_INFORMATION, title.CStr(),
-                                             text.CStr(), nullptr) == 0)
+    bool const onScreen =
+        driver && std::strcmp(driver, "offscreen") != 0 && std::strcmp(driver, "dummy") != 0;
+    if (onScreen && SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_INFORMATION, title.CStr(), text.CStr(),
+                                             nullptr) == 0)
         return;
     std::fprintf(stderr, "%s: %s\n", title.CStr(), text.CStr());
 }
