@@ -30,6 +30,7 @@
 #include "TvBase/Util/ResourceManager.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace UI
 {
@@ -579,14 +580,18 @@ void PropertyEditor::updateParentTextAndButton()
                                std::all_of(windows.begin(), windows.end(),
                                            [](Window* w) { return w->IsLayoutCreated(); }));
 
-    // The save mode, shared or not.
+    // The save mode, shared or not, of the dynamically created windows: only they are saved
+    // as new children.
+    std::vector<Window*> dynamic;
+    std::copy_if(windows.begin(), windows.end(), std::back_inserter(dynamic),
+                 [](Window* w) { return w->IsLayoutCreated(); });
     String modeText;
     String modeTip;
-    if (!windows.empty())
+    if (!dynamic.empty())
     {
-        Window::DynamicLayout const mode = windows.front()->GetDynamicLayoutMode();
+        Window::DynamicLayout const mode = dynamic.front()->GetDynamicLayoutMode();
         bool const sameMode =
-            std::all_of(windows.begin(), windows.end(),
+            std::all_of(dynamic.begin(), dynamic.end(),
                         [mode](Window* w) { return w->GetDynamicLayoutMode() == mode; });
         unsigned int const index = static_cast<unsigned int>(mode);
         if (!sameMode)
@@ -594,7 +599,7 @@ void PropertyEditor::updateParentTextAndButton()
         else if (index < 5)
         {
             modeText = String("Dynamic layout: ") + SaveModeTexts[index];
-            if (one && windows.front()->IsLayoutCreated())
+            if (one)
                 modeText += " : Created From Layout";
             modeTip = String(SaveModeToolTips[index]);
         }

@@ -298,6 +298,7 @@ TEST(PropertyEditor, LayoutSectionTellsParentAndSaveMode)
     UI::Window* other = new PropertyWindow(s.frame.get(), s.a, "other");
     s.b->SetDynamicLayoutMode(UI::Window::DynamicLayoutNever);
     s.b->SetLayoutCreated(true);
+    other->SetLayoutCreated(true);
     auto shown = [&](char const* name) { return text(child(s, name), "Text"); };
     struct Case
     {
@@ -307,9 +308,10 @@ TEST(PropertyEditor, LayoutSectionTellsParentAndSaveMode)
         bool reparent;
     } const cases[] = {
         {{s.b}, "Parent: root", "Dynamic layout: No save : Created From Layout", true},
-        {{s.a}, "Parent: root", "Dynamic layout: Save children only", false},
-        {{s.a, other}, "Multiple parents", "Dynamic layout: Save children only", false},
-        {{s.a, s.b}, "Parent: root", "Multiple dynamic layouts", false},
+        // Only dynamically created windows have a save mode to show.
+        {{s.a}, "Parent: root", "", false},
+        {{s.a, s.b}, "Parent: root", "Dynamic layout: No save", false},
+        {{other, s.b}, "Multiple parents", "Multiple dynamic layouts", true},
         {{}, "No Window selected", "", false},
     };
     for (Case const& c : cases)

@@ -91,8 +91,7 @@ class PropertyEditor(design_aid_gui_test.DesignAid):
         self.select(d, SWATCH)
         self.wait_field(d, "Window Name Text", "Left Pane")
         self.assertEqual("Left Pane", self.field_of(d, "Selected Window Text"))
-        self.assertEqual("Dynamic layout: Save children only",
-                         self.field_of(d, "Dynamic Layout Text"))
+        self.assertEqual("", self.field_of(d, "Dynamic Layout Text"))
         self.assertEqual("Parent: Split Panes", self.field_of(d, "Parent Text"))
         rows = self.rows(d)
         labels = sorted(rows, key=rows.get)
