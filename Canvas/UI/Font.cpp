@@ -46,18 +46,18 @@ struct FontconfigSession
     }
 };
 
-bool startFontconfig()
-{
-    static FontconfigSession const session;
-    return session.started;
-}
-
 bool readForceSystemRenderer()
 {
     return Util::ConfigFile("com.tavorin").GetBool("ForceSystemFontRenderer", false);
 }
 
 } // namespace
+
+bool Font::StartFontconfig()
+{
+    static FontconfigSession const session;
+    return session.started;
+}
 
 Font::Font(FontContext* canvas, FontInfo const& fontInfo) : canvas(canvas), info(fontInfo)
 {
@@ -154,7 +154,7 @@ FilePath Font::GetNSFontForInfo(FontInfo const& fontInfo)
 // metric-compatible faces), not one of the generic defaults that follow them.
 FilePath Font::GetNSFontForInfo(String const& faceName, bool bold, bool italic)
 {
-    if (faceName.IsEmpty() || !startFontconfig())
+    if (faceName.IsEmpty() || !StartFontconfig())
         return FilePath();
     FcPattern* const pattern = FcPatternCreate();
     if (!pattern)

@@ -68,6 +68,9 @@ public:
     static FilePath GetNSFontForInfo(FontInfo const& info);
     /// The same lookup by face name alone.
     static FilePath GetNSFontForInfo(String const& faceName, bool bold, bool italic);
+    /// Starts fontconfig once for the process, to be ended at exit with its caches released;
+    /// false when it can't start.
+    static bool StartFontconfig();
 
 private:
     FontContext* canvas;

@@ -1,5 +1,7 @@
 #include "Canvas/UI/FontFallback.h"
 
+#include "Canvas/UI/Font.h"
+
 #include <fontconfig/fontconfig.h>
 
 #include <map>
@@ -33,8 +35,7 @@ struct Candidate
 std::vector<Candidate> sortFaces(String const& family, bool bold, bool italic)
 {
     std::vector<Candidate> candidates;
-    // Starting again is harmless; the session in Font.cpp ends fontconfig at exit.
-    if (FcInit() == FcFalse)
+    if (!Font::StartFontconfig())
         return candidates;
     FcPattern* const pattern = FcPatternCreate();
     if (!pattern)
@@ -86,29 +87,42 @@ FontFallback::Face firstFaceWith(std::vector<Candidate> const& candidates, unsig
     return FontFallback::Face();
 }
 
+/// The faces by style and the answers by character, for the life of the process. The character
+/// sets are our own copies, not fontconfig's cache objects, so they can be freed at exit even
+/// after fontconfig has ended.
+struct FallbackCache
+{
+    std::mutex lock;
+    std::map<StyleKey, std::vector<Candidate>> facesByStyle;
+    std::map<CharacterKey, FontFallback::Face> answers;
+
+    ~FallbackCache()
+    {
+        for (auto& style : facesByStyle)
+            for (Candidate& candidate : style.second)
+                FcCharSetDestroy(candidate.chars);
+    }
+};
+
 } // namespace
 
 FontFallback::Face FontFallback::FindFace(unsigned int codePoint, String const& family, bool bold,
                                           bool italic)
 {
-    static std::mutex lock;
-    // Kept to the end of the process and never released: fontconfig may have ended by the
-    // time static objects go.
-    static auto* const facesByStyle = new std::map<StyleKey, std::vector<Candidate>>;
-    static auto* const answers = new std::map<CharacterKey, Face>;
-    std::lock_guard<std::mutex> hold(lock);
+    static FallbackCache cache;
+    std::lock_guard<std::mutex> hold(cache.lock);
     CharacterKey const key(codePoint, family, bold, italic);
-    auto const known = answers->find(key);
-    if (known != answers->end())
+    auto const known = cache.answers.find(key);
+    if (known != cache.answers.end())
         return known->second;
     StyleKey const style(family, bold, italic);
-    auto faces = facesByStyle->find(style);
-    if (faces == facesByStyle->end())
-        faces = facesByStyle->emplace(style, sortFaces(family, bold, italic)).first;
+    auto faces = cache.facesByStyle.find(style);
+    if (faces == cache.facesByStyle.end())
+        faces = cache.facesByStyle.emplace(style, sortFaces(family, bold, italic)).first;
     Face const face = firstFaceWith(faces->second, codePoint);
-    if (answers->size() >= answerLimit)
-        answers->clear();
-    answers->emplace(key, face);
+    if (cache.answers.size() >= answerLimit)
+        cache.answers.clear();
+    cache.answers.emplace(key, face);
     return face;
 }
 

@@ -51,8 +51,8 @@ char const* const SaveModeTexts[5] = {"Save", "Save with root geometry", "Save c
                                       "Save children only", "No save"};
 char const* const SaveModeToolTips[5] = {
     "This window serializes the geometry of all its children to a layout file.",
-    "This window serializes its own geometry and the geometry of all its children to a layout "
-    "file.",
+    ("This window serializes its own geometry and the geometry of all its children to a layout "
+     "file."),
     "This window serializes its children's geometries to a different layout file than its own.",
     "This window serializes its children's geometries, but not its own.",
     "This window never serializes its geometry."};
