@@ -325,6 +325,8 @@ class Gallery(unittest.TestCase):
         d.wait_for_notice(lambda n: n.kind == "Show" and n.texts[:1] == [ABOUT], timeout=10)
         window = gui_test.wait_for_window(self.display, ABOUT, timeout=10)
         self.assertIsNotNone(window)
+        # Only the notices of this close count.
+        d.take_notices()
         gui_test.request_close(self.display, window)
         d.wait_for_notice(lambda n: n.kind == "Destroy" and n.texts[:1] == [ABOUT], timeout=10)
         self.assert_error(d, "Widget not found", "getWidgetInfo", widget=ABOUT)
