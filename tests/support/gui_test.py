@@ -37,11 +37,11 @@ def load_driver(path=None):
 
 
 def run_tests(test_classes, argv, wm_config=None):
-    """Starts a display (our own Xvfb unless DISPLAY is set), gives it to each class in
-    `test_classes` as `display`, runs unittest's main with `argv` and returns the exit status:
-    0, 1 for failures, SKIP without a display. `wm_config` is an openbox configuration (XML
+    """Starts a display (our own Xvfb; the DISPLAY given only when Xvfb is missing), gives it
+    to each class in `test_classes` as `display`, runs unittest's main with `argv` and returns
+    the exit status: 0, 1 for failures, SKIP without a display. `wm_config` is an openbox configuration (XML
     text) for tests that need one, such as Alt-clicks that the default bindings would take."""
-    display = Display()
+    display = Display(own=True)
     if not display.start():
         print("no X display and no Xvfb: skipped")
         return SKIP
@@ -91,9 +91,14 @@ def start_window_manager(display, timeout=60, config=None):
     probe = None
     try:
         while not (window_manager_running(display) and _framed(display, name)):
-            # Another test on the same display may have started its own first: that one serves.
-            if manager.poll() is not None and window_manager_running(display):
-                return None
+            if manager.poll() is not None:
+                # Another test on the same display may have started its own first: that one
+                # serves. Otherwise ours failed to start: try again.
+                if window_manager_running(display):
+                    return None
+                manager = subprocess.Popen(command, env=x_env(display),
+                                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                           start_new_session=True)
             # A probe mapped while the manager was still starting stays unframed: try anew.
             if probe is not None and time.monotonic() - probe_started > 3:
                 probe.kill()

@@ -7,11 +7,15 @@ import time
 
 
 class Display:
-    """An Xvfb of our own, or the display we were given."""
+    """An Xvfb of our own, or the display we were given. With `own`, an Xvfb of our own whenever
+    Xvfb is installed, so that a window manager started for these tests serves them alone and
+    ends with them without leaving other tests on a shared display without one."""
 
-    def __init__(self):
+    def __init__(self, own=False):
         self.process = None
         self.name = os.environ.get("DISPLAY")
+        if own and shutil.which("Xvfb"):
+            self.name = None
 
     def start(self):
         if self.name:
@@ -20,7 +24,7 @@ class Display:
             return False
         read_end, write_end = os.pipe()
         self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1024x768x24",
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x1024x24",
              "-nolisten", "tcp"],
             pass_fds=(write_end,), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(write_end)
