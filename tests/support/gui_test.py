@@ -294,6 +294,17 @@ def process_with_environment(entry, exclude=()):
     return None
 
 
+def screen_area(display, x, y, width, height):
+    """The screen's pixels in the rectangle, as rows of (r, g, b)."""
+    ppm = subprocess.run(["import", "-window", "root", "-depth", "8", "-crop",
+                          "%dx%d+%d+%d" % (width, height, x, y), "ppm:-"],
+                         env=x_env(display), capture_output=True, check=True,
+                         timeout=30).stdout
+    data = ppm.split(maxsplit=4)[4]
+    return [[tuple(data[(r * width + c) * 3:(r * width + c) * 3 + 3]) for c in range(width)]
+            for r in range(height)]
+
+
 def picture(display, window):
     """The window's pixels as a binary PPM."""
     return subprocess.run(["import", "-window", str(window), "ppm:-"], env=x_env(display),

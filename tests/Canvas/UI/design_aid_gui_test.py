@@ -29,22 +29,6 @@ class DesignAid(design_gui_test.Design):
     def wait_field(self, d, name, expected, key="text"):
         self.wait_text(d, AID + name, expected, key)
 
-    def type_into(self, d, name, text):
-        """Opens the field's inline editor with a click and replaces its text."""
-        # The panel takes the keyboard first, so that the editor it opens keeps it.
-        self.focus("Design Aid")
-        self.click(self.centre(d.widget_info(AID + name)))
-        editor = self.window("Inline Editor", timeout=5)
-        self.assertIsNotNone(editor, name)
-        # Mapped is not yet focused: the keys must reach the editor, not the field under it
-        # (where Return would open the editor again).
-        time.sleep(0.2)
-        gui_test.xdotool(self.display, "windowfocus", "--sync", editor)
-        self.key("ctrl+a")
-        gui_test.xdotool(self.display, "type", "--delay", "30", text)
-        self.key("Return")
-        d.wait_until(lambda: self.window("Inline Editor", 0) is None, timeout=5)
-
     def design_on(self, program, name, widget, title, env=None):
         p, d = self.start(program, name, widget, env)
         self.focus(title)
@@ -77,7 +61,7 @@ class DesignAid(design_gui_test.Design):
         pointer = self.field(d, "Window ptr Edit")
         self.assertTrue(pointer.startswith("0x"), pointer)
         # The pointer field only copies: whatever is typed, it shows the pointer again.
-        self.type_into(d, "Window ptr Edit", "0x1234")
+        self.type_into_field(d, "Design Aid", AID + "Window ptr Edit", "0x1234")
         self.wait_field(d, "Window ptr Edit", pointer)
 
         # Several windows: the count, the smallest corner, "[...]" for differing sizes, which
@@ -98,7 +82,7 @@ class DesignAid(design_gui_test.Design):
         self.assertIsNone(self.window("Inline Editor", timeout=1))
 
         # Typing X moves both as a group: the smallest left lands on the value.
-        self.type_into(d, "Geometry Edit X", str(left + 15))
+        self.type_into_field(d, "Design Aid", AID + "Geometry Edit X", str(left + 15))
         d.wait_until(lambda: self.rect(d, button)[0] == x + 15, timeout=5)
         self.assertEqual((nx + 15, ny, nw, nh), self.rect(d, name))
         self.assertEqual((x + 15, y, w, h), self.rect(d, button))
@@ -116,7 +100,7 @@ class DesignAid(design_gui_test.Design):
         self.assertEqual("true", self.field(d, "Geometry Edit X", "enabled"))
         self.assertEqual("false", self.field(d, "Geometry Edit Width", "enabled"))
         guide = int(self.field(d, "Geometry Edit X"))
-        self.type_into(d, "Geometry Edit X", str(guide + 20))
+        self.type_into_field(d, "Design Aid", AID + "Geometry Edit X", str(guide + 20))
         self.wait_field(d, "Geometry Edit X", str(guide + 20))
 
         # Force keeps design on without caps lock; hiding the panel switches it off, and
@@ -152,7 +136,7 @@ class DesignAid(design_gui_test.Design):
         override = tempfile.mkdtemp(prefix="tvda", dir="/tmp")
         self.addCleanup(shutil.rmtree, override, True)
         os.makedirs(os.path.join(override, "UI", "Layout"))
-        self.type_into(d, "Resource Path Edit", override)
+        self.type_into_field(d, "Design Aid", AID + "Resource Path Edit", override)
         self.wait_field(d, "Resource Path Edit", override)
         self.wait_field(d, save, "true", "enabled")
         self.assertEqual("Save all the layout files to Override Folder",

@@ -127,6 +127,23 @@ class Design(unittest.TestCase):
         self.key("shift")
         return window
 
+    def type_into_field(self, d, title, path, text):
+        """Clicks the field at `path` in the window titled `title` (which takes the keyboard
+        first, so that the editor it opens keeps it), replaces the inline editor's text with
+        `text` and presses Return."""
+        self.focus(title)
+        self.click(self.centre(d.widget_info(path)))
+        editor = self.window("Inline Editor", timeout=5)
+        self.assertIsNotNone(editor, path)
+        # Mapped is not yet focused: the keys must reach the editor, not the field under it
+        # (where Return would open the editor again).
+        time.sleep(0.2)
+        gui_test.xdotool(self.display, "windowfocus", "--sync", editor)
+        self.key("ctrl+a")
+        gui_test.xdotool(self.display, "type", "--delay", "30", text)
+        self.key("Return")
+        d.wait_until(lambda: self.window("Inline Editor", 0) is None, timeout=5)
+
     def centre(self, info):
         return (int(info["screenX"]) + int(info["width"]) // 2,
                 int(info["screenY"]) + int(info["height"]) // 2)

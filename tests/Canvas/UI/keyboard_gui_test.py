@@ -25,11 +25,7 @@ RING = (0x2A, 0x7B, 0xDE)  # the default theme's focus ring
 
 
 def screen_pixel(display, x, y):
-    ppm = subprocess.run(["import", "-window", "root", "-crop", "1x1+%d+%d" % (x, y), "-depth", "8",
-                          "ppm:-"],
-                         env=gui_test.x_env(display), capture_output=True, check=True,
-                         timeout=30).stdout
-    return tuple(ppm.split(maxsplit=4)[4][:3])
+    return gui_test.screen_area(display, x, y, 1, 1)[0][0]
 
 
 class Session(unittest.TestCase):

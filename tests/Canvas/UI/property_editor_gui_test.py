@@ -43,20 +43,6 @@ class PropertyEditor(design_aid_gui_test.DesignAid):
             pass
         self.assertEqual(expected, last[0], "%s in %s" % (label, self.rows(d)))
 
-    def type_in(self, d, window, path, text):
-        """Opens the inline editor of the field at `path` in the host titled `window` with a
-        click and replaces its text."""
-        self.focus(window)
-        self.click(self.centre(d.widget_info(path)))
-        editor = self.window("Inline Editor", timeout=5)
-        self.assertIsNotNone(editor, path)
-        time.sleep(0.2)
-        gui_test.xdotool(self.display, "windowfocus", "--sync", editor)
-        self.key("ctrl+a")
-        gui_test.xdotool(self.display, "type", "--delay", "30", text)
-        self.key("Return")
-        d.wait_until(lambda: self.window("Inline Editor", 0) is None, timeout=5)
-
     def select(self, d, path):
         """Selects the window at `path` with a click near its top-left corner, off its
         children."""
@@ -119,7 +105,7 @@ class PropertyEditor(design_aid_gui_test.DesignAid):
         # A number typed into its field; a text that is no number is refused and the row stays.
         field = "Property Edit %d" % self.rows(d)["Color (Color)"]
         before = self.field_of(d, field)
-        self.type_in(d, "Property Editor", EDITOR + field, "not a colour")
+        self.type_into_field(d, "Property Editor", EDITOR + field, "not a colour")
         self.wait_row(d, "Color (Color)", "Property Edit %d", before)
 
         # The enumeration through its combo box: the next item after "None".
@@ -138,7 +124,7 @@ class PropertyEditor(design_aid_gui_test.DesignAid):
         self.select(d, PAGE + "|ToolTip Target")
         field = "Property Edit %d" % self.rows(d)["Border Type (Int)"]
         number = "0" if self.field_of(d, field) != "0" else "1"
-        self.type_in(d, "Property Editor", EDITOR + field, number)
+        self.type_into_field(d, "Property Editor", EDITOR + field, number)
         self.wait_row(d, "Border Type (Int)", "Property Edit %d", number)
         # Read again from the window after another selection.
         self.select(d, PAGE + "|Check Box")

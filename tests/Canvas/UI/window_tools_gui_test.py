@@ -24,22 +24,9 @@ TYPES = ("CheckBox", "Knob", "Window")
 class WindowTools(design_gui_test.Design):
     """The live design test's helpers, with the window tools' session."""
 
-    def type_into(self, d, title, path, text):
-        """Opens the field's inline editor with a click and types `text` into it."""
-        self.focus(title)
-        self.click(self.centre(d.widget_info(path)))
-        editor = self.window("Inline Editor", timeout=5)
-        self.assertIsNotNone(editor, path)
-        time.sleep(0.2)
-        gui_test.xdotool(self.display, "windowfocus", "--sync", editor)
-        self.key("ctrl+a")
-        gui_test.xdotool(self.display, "type", "--delay", "30", text)
-        self.key("Return")
-        d.wait_until(lambda: self.window("Inline Editor", 0) is None, timeout=5)
-
     def tool(self, key, title, y, height):
         """Opens a tool with its key in the gallery and puts it right of the places clicked
-        in the gallery, on a screen of 1024 by 768."""
+        in the gallery."""
         self.focus("Gallery")
         self.key(key)
         window = self.window(title, timeout=10)
@@ -80,7 +67,7 @@ class WindowTools(design_gui_test.Design):
                      timeout=5)
         # The search leaves the panel's lineage: the main window, the page and the panel. It
         # ignores case, which caps lock swaps as it types.
-        self.type_into(d, "Window Tree", TREE + "Search Edit", "Images Panel")
+        self.type_into_field(d, "Window Tree", TREE + "Search Edit", "Images Panel")
         d.wait_until(lambda: d.widget_info(TREE + "TreeList")["visibleRows"] == "3", timeout=5)
 
         names = []
@@ -103,7 +90,7 @@ class WindowTools(design_gui_test.Design):
             self.click(self.centre(item))
             d.wait_until(lambda: d.widget_info(MAKER + "Windows ComboBox")["selectedItem"] == kind,
                          timeout=5)
-            self.type_into(d, "Window Maker", MAKER + "Window Name Edit", name)
+            self.type_into_field(d, "Window Maker", MAKER + "Window Name Edit", name)
             d.wait_until(lambda: d.widget_info(MAKER + "Create Button")["enabled"] == "true",
                          timeout=5)
             self.click(self.centre(d.widget_info(MAKER + "Create Button")))

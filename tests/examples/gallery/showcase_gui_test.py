@@ -20,17 +20,6 @@ PAGE = "Gallery Main Window|Gallery Page|"
 BACKGROUND = (0xF2, 0xF2, 0xEE)
 
 
-def screen_area(display, x, y, width, height):
-    """The screen's pixels in the rectangle, as rows of (r, g, b)."""
-    ppm = subprocess.run(["import", "-window", "root", "-depth", "8", "-crop",
-                          "%dx%d+%d+%d" % (width, height, x, y), "ppm:-"],
-                         env=gui_test.x_env(display), capture_output=True, check=True,
-                         timeout=30).stdout
-    data = ppm.split(maxsplit=4)[4]
-    return [[tuple(data[(r * width + c) * 3:(r * width + c) * 3 + 3]) for c in range(width)]
-            for r in range(height)]
-
-
 def window_geometry(display, name, wait=True):
     """(x, y, width, height) on the screen of the visible window named `name`, waiting for one
     (bounded) with `wait`; None when there is none."""
@@ -108,13 +97,13 @@ class Showcase(unittest.TestCase):
 
     def test_on_off_button_reacts(self):
         x, y, w, h = self.rect("On Off Button")
-        before = screen_area(self.display, x, y, w, h)
+        before = gui_test.screen_area(self.display, x, y, w, h)
         gui_test.click(self.display, x + 8, y + h // 2)
         self.assertTrue(self.program.wait_for_line("toggled On Off Button: on", 10))
         self.assertEqual(("true", "true"), (self.info("On Off Button")["isOn"],
                                             self.info("On Off Button")["isPressed"]))
         self.assertTrue(self.driver.wait_until(
-            lambda: screen_area(self.display, x, y, w, h) != before, timeout=5),
+            lambda: gui_test.screen_area(self.display, x, y, w, h) != before, timeout=5),
             "the button looks the same when on")
 
     def test_splitter_panes_fill_their_view(self):
@@ -134,12 +123,13 @@ class Showcase(unittest.TestCase):
             self.assertEqual((bar[0] + bar[2], view[0] + view[2]), (right[0], right[0] + right[2]))
         self.assertEqual(178 - 20, left[2])
         # The right pane's colour reaches the view's right edge.
-        edge = screen_area(self.display, view[0] + view[2] - 2, view[1] + view[3] // 2, 1, 1)
+        edge = gui_test.screen_area(self.display, view[0] + view[2] - 2,
+                                    view[1] + view[3] // 2, 1, 1)
         self.assertEqual((0xE0, 0xF0, 0xE8), edge[0][0])
 
     def test_radio_buttons_are_round_and_text_is_antialiased(self):
         x, y, w, h = self.rect("Radio Small")
-        ring = screen_area(self.display, x, y, h, h)
+        ring = gui_test.screen_area(self.display, x, y, h, h)
         middle = h // 2
         # The ring's corners are the page, the middle of its sides are ink.
         for corner in (ring[0][0], ring[0][h - 1], ring[h - 1][0], ring[h - 1][h - 1]):
@@ -150,7 +140,7 @@ class Showcase(unittest.TestCase):
         self.assertTrue(any(0x40 < p[0] < 0xE0 for row in ring for p in row))
         # A label's pixels hold many grey levels between ink and page, not just the two.
         x, y, w, h = self.rect("Left Label")
-        levels = {p for row in screen_area(self.display, x, y, 80, h) for p in row}
+        levels = {p for row in gui_test.screen_area(self.display, x, y, 80, h) for p in row}
         self.assertGreater(len(levels), 8, levels)
 
 
