@@ -954,54 +954,30 @@ void DesignAid::showPropertyEditor()
 {
     if (!activeDesign())
         return;
-    Canvas* canvas = GetFrame()->GetCanvas();
-    if (!propertyEditorHost && canvas)
+    if (!propertyEditorHost)
     {
-        String const name("Property Editor Host Window");
-        // Made with the canvas's design flag down, so that the editor never designs itself.
-        bool const designEnabled = canvas->IsDesignEnabled();
-        canvas->SetDesignEnabled(false);
-        std::unique_ptr<Native::HostWindow> made(Native::PlatformSupportFactory::CreateHostWindow(
-            canvas, name, nullptr, canvas->GetConfigFile()));
-        Frame* frame = made ? made->GetFrame() : nullptr;
-        bool created = false;
-        if (frame)
-        {
-            propertyEditor = new PropertyEditor(frame, this);
-            // An ordinary window, so that the colour picker and the file dialogs it opens come
-            // up above it.
-            Native::HostWindowStyle style;
-            style.systemButtons = true;
-            style.resizable = true;
-            // Beside the panel until the user moves it; then where it was left.
-            Rect const client = Rect::FromXYWH(DefaultX + DefaultWidth + 20, DefaultY, 360, 500);
-            Rect const window = Native::PlatformSupportFactory::ConvertClientToWindowRect(
-                client, false, style, name);
-            made->SetMinClientSize(250, 200);
-            made->SetCaption(String("Property Editor"), false);
-            created = made->CreateSerialized(nullptr, nullptr, name, window, false, false, style,
-                                             false, true);
-        }
-        canvas->SetDesignEnabled(designEnabled);
-        if (!created)
-        {
-            propertyEditor = nullptr;
+        // An ordinary window, so that the colour picker and the file dialogs it opens come up
+        // above it; beside the panel until the user moves it.
+        propertyEditorHost = makeToolHost(
+            String("Property Editor Host Window"), String("Property Editor"),
+            Rect::FromXYWH(DefaultX + DefaultWidth + 20, DefaultY, 360, 500),
+            [](Frame* frame, DesignAid* aid) -> Window* { return new PropertyEditor(frame, aid); },
+            false);
+        if (!propertyEditorHost)
             return;
-        }
-        Rect const client = made->GetClientRect();
-        propertyEditor->SetGeometry(0, 0, client.Width(), client.Height());
-        made->StartMasterUpdateTimer(33);
-        made->signalCloseRequest.Connect(&DesignAid::slotPropertyEditorCloseRequest, this);
+        propertyEditor =
+            static_cast<PropertyEditor*>(propertyEditorHost->GetFrame()->GetTopLevelWindow());
+        propertyEditorHost->SetMinClientSize(250, 200);
+        propertyEditorHost->StartMasterUpdateTimer(33);
+        propertyEditorHost->signalCloseRequest.Connect(&DesignAid::slotPropertyEditorCloseRequest,
+                                                       this);
         signalSelectionChanged.Connect(&PropertyEditor::slotUpdateSelectedWindows, propertyEditor);
         signalFrameChanged.Connect(&PropertyEditor::slotUpdateSelectedWindows, propertyEditor);
         signalLayoutLoaded.Connect(&PropertyEditor::slotUpdateSelectedWindows, propertyEditor);
         signalTreeChanged.Connect(&PropertyEditor::updateParentTextAndButton, propertyEditor);
         signalResourcePathChanged.Connect(&PropertyEditor::slotResourceOverrideChanged,
                                           propertyEditor);
-        propertyEditorHost = std::move(made);
     }
-    if (!propertyEditorHost)
-        return;
     signalResourcePathChanged();
     propertyEditor->slotUpdateSelectedWindows();
     propertyEditorHost->Show(false);
@@ -1016,10 +992,8 @@ void DesignAid::hidePropertyEditor()
 
 void DesignAid::slotPropertyEditorCloseRequest()
 {
-    // The close box only hides the editor, and remembers that it is hidden.
-    propertyEditorHost->VetoClose();
+    // The close box hides the editor (as it does every tool); remember that it is hidden.
     propertyEditorVisible->set(false);
-    hidePropertyEditor();
 }
 
 bool DesignAid::IsPropertyEditorVisible() const
@@ -1027,10 +1001,9 @@ bool DesignAid::IsPropertyEditorVisible() const
     return propertyEditorHost && propertyEditorHost->IsVisible();
 }
 
-std::unique_ptr<Native::HostWindow> DesignAid::makeToolHost(String const& name,
-                                                            String const& caption,
-                                                            Rect const& client,
-                                                            Window* (*make)(Frame*, DesignAid*))
+std::unique_ptr<Native::HostWindow>
+DesignAid::makeToolHost(String const& name, String const& caption, Rect const& client,
+                        Window* (*make)(Frame*, DesignAid*), bool utilityPanel)
 {
     Canvas* canvas = GetFrame()->GetCanvas();
     // Made with the canvas's design flag down, so that the tool never designs itself.
@@ -1047,7 +1020,7 @@ std::unique_ptr<Native::HostWindow> DesignAid::makeToolHost(String const& name,
         frame->SetDesignDisable(true);
         frame->SetTopLevelWindow(make(frame, this));
         Native::HostWindowStyle style;
-        style.utilityPanel = true;
+        style.utilityPanel = utilityPanel;
         style.resizable = true;
         style.systemButtons = true;
         Rect const window =

@@ -175,11 +175,13 @@ private:
     void showPropertyEditor();
     void hidePropertyEditor();
     void slotHostCloseRequest();
-    /// A shown, design-disabled host window named `name`, with the tool that `make` puts on its
-    /// frame, at `client` until the user moves it; null when the native window can't be made.
+    /// A design-disabled host window named `name`, a utility panel or an ordinary window, with
+    /// the tool that `make` puts on its frame, at `client` until the user moves it; its close
+    /// box only hides it. Null when the native window can't be made.
     std::unique_ptr<Native::HostWindow> makeToolHost(String const& name, String const& caption,
                                                      Rect const& client,
-                                                     Window* (*make)(Frame*, DesignAid*));
+                                                     Window* (*make)(Frame*, DesignAid*),
+                                                     bool utilityPanel = true);
     void slotPropertyEditorCloseRequest();
 
     Native::HostWindow* host;
